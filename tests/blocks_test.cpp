@@ -1,0 +1,150 @@
+// Blocks: sizes, contents across resizes, lock state, and short memory.
+#include "tests/support/blocks.h"
+
+#include <gtest/gtest.h>
+
+#include "blocks/long_list.h"
+#include "blocks/memory_manager.h"
+#include "tests/support/heap_watch.h"
+
+namespace quill::test {
+namespace {
+
+TEST(Blocks, KeepContentsAcrossResizes) {
+  for (const int size : {0, 1, 100, 4'000'000}) {
+    HeldBlock held(std::string(static_cast<std::size_t>(size), 'q'));
+    for (const int next : {size + 1, size / 2, 0, 5'000'000, 3}) {
+      const std::string before = held.bytes();
+      EXPECT_EQ(ResizeBlock(held.block, next), held.block);
+      ASSERT_EQ(GetBlockSize(held.block), next);
+      const auto kept = std::min(before.size(), held.bytes().size());
+      EXPECT_EQ(held.bytes().substr(0, kept), before.substr(0, kept));
+    }
+  }
+}
+
+TEST(Blocks, EmptyHasAnAddress) {
+  const HeldBlock held("");
+  EXPECT_NE(LockBlock(held.block), nullptr);
+  EXPECT_EQ(LockBlock(held.block), *held.block);
+}
+
+TEST(Blocks, RefuseNegativeSizes) {
+  EXPECT_EQ(NewBlock(-1), nullptr);
+  EXPECT_EQ(NewBlockClear(-1), nullptr);
+  HeldBlock held("abc");
+  EXPECT_EQ(ResizeBlock(held.block, -1), held.block);
+  EXPECT_EQ(held.bytes(), "abc");
+}
+
+TEST(Blocks, NullIsNoBlock) {
+  EXPECT_EQ(GetBlockSize(nullptr), 0);
+  EXPECT_EQ(ResizeBlock(nullptr, 4), nullptr);
+  DisposeBlock(nullptr);
+}
+
+TEST(Blocks, ResizeUnlocks) {
+  HeldBlock held("abc");
+  LockBlock(held.block);
+  ASSERT_TRUE(is_locked(held.block));
+  ResizeBlock(held.block, 2);
+  EXPECT_FALSE(is_locked(held.block));
+}
+
+TEST(Blocks, ClearIsClear) {
+  HeldBlock held;
+  held.block = NewBlockClear(300'000);
+  EXPECT_EQ(held.bytes(), std::string(300'000, '\0'));
+}
+
+TEST(Blocks, ShortMemoryLeavesThemAsTheyWere) {
+  HeldBlock held("abc");
+  {
+    const HeapWatch heap(0, true);
+    EXPECT_EQ(NewBlock(5), nullptr);
+    EXPECT_EQ(ResizeBlock(held.block, 1000), held.block);
+    EXPECT_EQ(heap.outstanding(), 0);
+  }
+  EXPECT_EQ(held.bytes(), "abc");
+}
+
+TEST(ActiveBlocks, ResizeAsTheContractSays) {
+  HeldBlock held("abcdef");
+  char* contents = LockBlock(held.block);
+  char* const before = contents;
+  std::int32_t capacity = 6;
+
+  EXPECT_EQ(ResizeActiveBlock(&held.block, &capacity, &contents, 6), 1);
+  EXPECT_TRUE(is_locked(held.block)) << "the same size touches nothing";
+  EXPECT_EQ(contents, before);
+
+  EXPECT_EQ(ResizeActiveBlock(&held.block, &capacity, &contents, 3), 1);
+  EXPECT_EQ(capacity, 3);
+  EXPECT_EQ(GetBlockSize(held.block), 3);
+
+  EXPECT_EQ(ResizeActiveBlock(&held.block, &capacity, &contents, 900), 1);
+  EXPECT_EQ(contents, *held.block);
+  EXPECT_EQ(std::string(contents, 3), "abc");
+  EXPECT_TRUE(is_locked(held.block));
+
+  QuillBlock none = nullptr;
+  EXPECT_EQ(ResizeActiveBlock(&none, &capacity, &contents, 901), 0);
+}
+
+TEST(ActiveBlocks, AreGoneOnceGrowthWasRefused) {
+  const HeapWatch heap(2, true);
+  QuillBlock block = NewBlock(3);
+  char* contents = LockBlock(block);
+  std::int32_t capacity = 3;
+  EXPECT_EQ(ResizeActiveBlock(&block, &capacity, &contents, 1000), 0);
+  EXPECT_EQ(heap.outstanding(), 0);
+}
+
+// Lists on the stack, in their first Block and past its first growths.
+TEST(LongLists, HandOverWhatWasAppended) {
+  for (const int pairs : {0, 1, 128, 129, 500'000, 500'001, 2'000'001}) {
+    LongList list;
+    ASSERT_TRUE(list.start());
+    for (int i = 0; i < pairs; ++i) ASSERT_TRUE(list.append(i, i + 1));
+    HeldBlock held;
+    held.block = list.hand_over();
+    const Longs longs = held.longs();
+    ASSERT_EQ(longs.size(), static_cast<std::size_t>(pairs) * 2);
+    for (int i = 0; i < pairs; ++i) {
+      ASSERT_EQ(longs[static_cast<std::size_t>(i) * 2], i);
+      ASSERT_EQ(longs[static_cast<std::size_t>(i) * 2 + 1], i + 1);
+    }
+  }
+}
+
+TEST(LongLists, KeepWhatFittedWhenGrowthIsRefused) {
+  const HeapWatch heap(2, true);  // the record and the first full-sized Block
+  {
+    LongList list;
+    ASSERT_TRUE(list.start());
+    int appended = 0;
+    while (list.append(appended, appended)) ++appended;
+    EXPECT_EQ(appended, 500'000);
+    EXPECT_FALSE(list.failed_to_start());
+    QuillBlock block = list.hand_over();
+    EXPECT_EQ(GetBlockSize(block), 4'000'000);
+    DisposeBlock(block);
+  }
+  EXPECT_EQ(heap.outstanding(), 0);
+}
+
+TEST(LongLists, FailWhenTheFirstFullBlockIsRefused) {
+  const HeapWatch heap(1, true);
+  {
+    LongList list;
+    ASSERT_TRUE(list.start());
+    while (list.append(1, 2)) {
+    }
+    EXPECT_TRUE(list.failed_to_start());
+    EXPECT_EQ(list.hand_over(), nullptr);
+  }
+  EXPECT_EQ(heap.outstanding(), 0);
+}
+
+}  // namespace
+}  // namespace quill::test

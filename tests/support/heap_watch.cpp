@@ -1,0 +1,71 @@
+#include "tests/support/heap_watch.h"
+
+#include <cstddef>
+
+namespace quill::test {
+namespace {
+
+HeapWatch* g_active = nullptr;
+
+}  // namespace
+
+HeapWatch* HeapWatch::active() { return g_active; }
+
+HeapWatch::HeapWatch(int fail_at, bool and_after)
+    : fail_at_(fail_at), and_after_(and_after) {
+  g_active = this;
+}
+
+HeapWatch::~HeapWatch() { g_active = nullptr; }
+
+bool HeapWatch::refuses() {
+  const int request = requests_++;
+  const bool refused =
+      fail_at_ != kNoFailure &&
+      (request == fail_at_ || (and_after_ && request > fail_at_));
+  failed_ = failed_ || refused;
+  return refused;
+}
+
+}  // namespace quill::test
+
+using quill::test::HeapWatch;
+
+extern "C" {
+
+void* __real_malloc(std::size_t size);
+void* __real_calloc(std::size_t count, std::size_t size);
+void* __real_realloc(void* memory, std::size_t size);
+void __real_free(void* memory);
+
+void* __wrap_malloc(std::size_t size) {
+  HeapWatch* watch = HeapWatch::active();
+  if (watch == nullptr) return __real_malloc(size);
+  if (watch->refuses()) return nullptr;
+  watch->note_allocated();
+  return __real_malloc(size);
+}
+
+void* __wrap_calloc(std::size_t count, std::size_t size) {
+  HeapWatch* watch = HeapWatch::active();
+  if (watch == nullptr) return __real_calloc(count, size);
+  if (watch->refuses()) return nullptr;
+  watch->note_allocated();
+  return __real_calloc(count, size);
+}
+
+void* __wrap_realloc(void* memory, std::size_t size) {
+  HeapWatch* watch = HeapWatch::active();
+  if (watch == nullptr) return __real_realloc(memory, size);
+  if (watch->refuses()) return nullptr;
+  if (memory == nullptr) watch->note_allocated();
+  return __real_realloc(memory, size);
+}
+
+void __wrap_free(void* memory) {
+  HeapWatch* watch = HeapWatch::active();
+  if (watch != nullptr && memory != nullptr) watch->note_released();
+  __real_free(memory);
+}
+
+}  // extern "C"

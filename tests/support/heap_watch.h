@@ -1,0 +1,44 @@
+// Watches the library's use of the heap during a scope: lets the n-th request
+// fail, and counts what has not been given back.
+//
+// The test program is linked with malloc, calloc, realloc and free wrapped, so
+// only the code linked into it is seen, not the standard library's own.
+#pragma once
+
+namespace quill::test {
+
+class HeapWatch {
+ public:
+  static constexpr int kNoFailure = -1;
+
+  // Fails the request numbered `fail_at` (from 0) and, when `and_after`, all
+  // that follow.
+  explicit HeapWatch(int fail_at = kNoFailure, bool and_after = false);
+  ~HeapWatch();
+  HeapWatch(const HeapWatch&) = delete;
+  HeapWatch& operator=(const HeapWatch&) = delete;
+
+  // Requests made so far, failed ones included.
+  int requests() const { return requests_; }
+
+  // Whether the request that was to fail has been made.
+  bool failed() const { return failed_; }
+
+  // Allocations minus releases within the scope.
+  int outstanding() const { return outstanding_; }
+
+  // For the wrappers.
+  static HeapWatch* active();
+  bool refuses();
+  void note_allocated() { ++outstanding_; }
+  void note_released() { --outstanding_; }
+
+ private:
+  int fail_at_;
+  bool and_after_;
+  int requests_ = 0;
+  int outstanding_ = 0;
+  bool failed_ = false;
+};
+
+}  // namespace quill::test

@@ -1,0 +1,26 @@
+#include "tests/support/yield_recorder.h"
+
+#include <bit>
+
+namespace quill::test {
+
+YieldRecorder* YieldRecorder::active_ = nullptr;
+
+unsigned char YieldRecorder::on_yield(std::int32_t reference,
+                                      std::int32_t progress) {
+  return active_->answer(reference, progress);
+}
+
+unsigned char YieldRecorder::answer(std::int32_t reference,
+                                    std::int32_t progress) {
+  const bool stops = std::cmp_equal(calls_.size(), stop_at_);
+  calls_.emplace_back(reference, progress);
+  return stops ? answer_ : 1;
+}
+
+// A host in another language hands in a function that returns a byte.
+QuillYield YieldRecorder::callback() const {
+  return std::bit_cast<QuillYield>(&YieldRecorder::on_yield);
+}
+
+}  // namespace quill::test

@@ -1,0 +1,84 @@
+// A host's side of the yield callback: writes down each call, and answers false
+// (or any other byte) at a chosen one.
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <utility>
+#include <vector>
+
+#include "quillcore.h"
+
+namespace quill::test {
+
+// Sets YieldMax for a scope.
+class YieldMaxScope {
+ public:
+  explicit YieldMaxScope(std::int32_t value)
+      : before_(std::exchange(YieldMax, value)) {}
+  ~YieldMaxScope() { YieldMax = before_; }
+  YieldMaxScope(const YieldMaxScope&) = delete;
+  YieldMaxScope& operator=(const YieldMaxScope&) = delete;
+
+ private:
+  std::int32_t before_;
+};
+
+// The values of YieldMax that every operation is crossed with.
+inline constexpr std::int32_t kYieldMaxima[] = {1, 2, 7, 10000, 0, -1};
+
+inline constexpr int kNever = std::numeric_limits<int>::max();
+
+// Only one recorder is active at a time: the callback is a plain function.
+class YieldRecorder {
+ public:
+  using Call = std::pair<std::int32_t, std::int32_t>;  // reference, progress
+
+  // Answers 1, but `answer` to the call numbered `stop_at` (from 0). Calls
+  // after that one are answered with 1 again.
+  explicit YieldRecorder(int stop_at = kNever, unsigned char answer = 0)
+      : before_(std::exchange(active_, this)),
+        stop_at_(stop_at),
+        answer_(answer) {}
+  ~YieldRecorder() { active_ = before_; }
+  YieldRecorder(const YieldRecorder&) = delete;
+  YieldRecorder& operator=(const YieldRecorder&) = delete;
+
+  QuillYield callback() const;
+  const std::vector<Call>& calls() const { return calls_; }
+
+  // What a naive model calls in place of the callback.
+  bool ask(std::int32_t reference, std::int32_t progress) {
+    return answer(reference, progress) == 1;
+  }
+
+ private:
+  static unsigned char on_yield(std::int32_t reference, std::int32_t progress);
+  unsigned char answer(std::int32_t reference, std::int32_t progress);
+
+  static YieldRecorder* active_;
+  YieldRecorder* before_;
+  std::vector<Call> calls_;
+  int stop_at_;
+  unsigned char answer_;
+};
+
+// The counter as a naive model keeps it: literally, one unit at a time.
+struct NaiveMeter {
+  YieldRecorder& host;
+  std::int32_t reference;
+  std::int64_t count = 0;
+  bool go_on = true;
+
+  void tick(std::int64_t progress) {
+    ++count;
+    ask_if_due(progress);
+  }
+  void ask_if_due(std::int64_t progress) {
+    if (count != YieldMax) return;
+    go_on = host.ask(reference, static_cast<std::int32_t>(progress));
+    count = 0;
+  }
+};
+
+}  // namespace quill::test
