@@ -5,6 +5,7 @@
 #include "blocks/byte_scan.h"
 
 #include <atomic>
+#include <bit>
 
 #include "blocks/byte_kernels.h"
 
@@ -36,6 +37,26 @@ std::span<const ByteKernels* const> available_kernels() {
 
 void force_kernels(const ByteKernels* forced) {
   g_chosen.store(forced, std::memory_order_relaxed);
+}
+
+Anchor::Anchor(Byte wanted, Offset from_position)
+    : set(ByteSet::of(wanted)),
+      offset(from_position),
+      is_plain(true),
+      value(wanted) {}
+
+Anchor::Anchor(const ByteSet& wanted, Offset from_position)
+    : set(wanted), offset(from_position) {
+  Byte members[2] = {};
+  if (const int count = set.first_members(members); count == 1) {
+    is_plain = true;
+    value = members[0];
+  } else if (count == 2 &&
+             std::has_single_bit(unsigned{members[0]} ^ members[1])) {
+    is_plain = true;
+    ignored = members[0] ^ members[1];
+    value = members[0] | members[1];
+  }
 }
 
 const Byte* find_byte(const Byte* first, const Byte* last, Byte wanted) {

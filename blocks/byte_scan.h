@@ -32,8 +32,19 @@ const Byte* find_non_ascii(const Byte* first, const Byte* last);
 
 // What must stand `offset` bytes after (below 0: before) a position.
 struct Anchor {
+  Anchor() = default;
+  Anchor(Byte wanted, Offset from_position);
+  Anchor(const ByteSet& wanted, Offset from_position);
+
   ByteSet set;
   Offset offset = 0;
+
+  // A set of one byte, or of two that differ in one bit such as a letter in
+  // both cases, is tested in one step: is_plain says that the members are the
+  // bytes which give `value` once the bits `ignored` are set in them.
+  bool is_plain = false;
+  Byte ignored = 0;
+  Byte value = 0;
 };
 inline constexpr int kMostAnchors = 3;
 

@@ -3,6 +3,8 @@
 // nibble has a bit.
 #pragma once
 
+#include <bit>
+
 #include "blocks/base.h"
 
 namespace quill {
@@ -50,12 +52,21 @@ struct ByteSet {
     return (entry & bit_of(byte)) != 0;
   }
 
-  constexpr int size() const {
-    int members = 0;
-    for (int byte = 0; byte < 256; ++byte) {
-      members += contains(static_cast<Byte>(byte)) ? 1 : 0;
+  // Writes the first two members (in no particular order) and returns how many
+  // there are, 3 for more than two.
+  constexpr int first_members(Byte (&members)[2]) const {
+    int count = 0;
+    for (unsigned column = 0; column < 32; ++column) {
+      const unsigned row = column & 15;
+      unsigned bits = column < 16 ? lower[row] : upper[row];
+      for (; bits != 0; bits &= bits - 1) {
+        if (count == 2) return 3;
+        const auto high = static_cast<unsigned>(std::countr_zero(bits));
+        members[count++] =
+            static_cast<Byte>((column & 16) << 3 | high << 4 | row);
+      }
     }
-    return members;
+    return count;
   }
 
  private:
