@@ -1,11 +1,144 @@
-// Quillcore: operations on UTF-8 text for editors and other hosts.
-//
-// DRAFT of the conventions; see each family for its functions.
+/// @file
+/// Quillcore: operations on UTF-8 text, for editors and other hosts.
+///
+/// Reading and counting characters, searching (byte strings, strings of
+/// characters, range patterns), editing at many places at once, and selections
+/// as sets. The library keeps no state but YieldMax, reads no file, prints
+/// nothing and throws nothing. Valid C11 and C++17; eleven functions have C++
+/// linkage and are declared for C++ only.
+///
+/// ## Results
+/// Offsets, lengths, counts and characters are `int32_t`. Unless its
+/// description says otherwise a function returns 1 for true and 0 for false,
+/// and a false result is all that is heard of a failure. Each description says
+/// what is written before a refusal; what it does not name keeps its value.
+/// Lengths are added up in 64 bits: an edit whose result would be longer than
+/// 2,147,483,647 bytes is refused and changes nothing. A flag is one byte, and
+/// counts as set only when it is 1, unless its description says otherwise.
+///
+/// ## Text
+/// A text is the address of its byte 0, or a Block that holds it. It has no
+/// terminator. Places are byte offsets from 0; a range `[start, end)` leaves
+/// out its end. Nothing is read at or beyond `end`; what lies before `start`
+/// may be, down to offset 0, to see the character before a match.
+///
+/// ## Characters
+/// The first byte alone says how long a character is: 0x00 to 0x7F one byte,
+/// 0xC0 to 0xDF two, 0xE0 to 0xEF three, 0xF0 to 0xFF four. The bytes after it
+/// belong to it whatever they are. So malformed text is read, not refused:
+/// continuation bytes (0x80 to 0xBF) that no character claims are skipped on
+/// the way to the next first byte, and a character that the end of the range
+/// cuts off can't be read.
+///
+/// A *packed character* is a character's bytes in one `int32_t`, the first byte
+/// lowest, missing bytes 0: `'a'` is 0x61, U+00E9 (C3 A9) is 0xA9C3. Packed
+/// characters are ordered as signed numbers, which is not the order of code
+/// points: those of four bytes with a last byte of 0x80 or more are negative.
+///
+/// ## Masks
+/// A mask is three parameters: `mask_keys`, `mask_values` and `mask_count`. A
+/// packed character equal to key i becomes value i, any other stays as it is.
+/// Keys are in ascending signed order (utf8_SortMask); of equal keys the first
+/// counts. A null array or a count of 0 is the mask that changes nothing. Text
+/// is mapped before it is compared; patterns, words and break sets are not, so
+/// the host gives them in *mapped form*.
+///
+/// ## Position flags
+/// One byte for each character of a pattern or template. 1 makes the position
+/// fixed; any other byte leaves it open: in a search it accepts every
+/// character, in an insertion it keeps the character that is there. Null makes
+/// all positions fixed.
+///
+/// ## Break sets
+/// `break_characters` and `break_count` list the packed characters, in mapped
+/// form and in any order, that delimit words. A match then counts only when a
+/// break character stands on either side of it; or, with `invert_flag` 1, when
+/// none does. At offset 0 and at the end of the range `edge_flag` answers in
+/// place of a character: 1 for a break. Null or a count of 0 accepts every
+/// match.
+///
+/// ## Selection lists
+/// A selection is a pair of offsets, start and end; a selection list is an
+/// array of them, in a Block or at an address. Counts of a list are in longs
+/// (two for a selection) where a parameter says so. A list is *canonical* when
+/// `0 <= start <= end <= text length` for every selection, each begins at or
+/// after the end of the one before, and the number of longs is even. Searches
+/// produce canonical lists; edits ask for one, and refuse any other without a
+/// change. OrderSelections makes any list canonical. A *key selection list*
+/// has records of four longs: the selection of a key, then that of the outer
+/// match it lies in.
+///
+/// ## Blocks
+/// A Block (QuillBlock) is memory that may move when its size changes: a
+/// pointer to the pointer to its bytes. The host locks a Block while it uses
+/// the address (LockBlock), and takes the address anew after any call that may
+/// have resized it. Locks do not nest, and calls unlock what they locked
+/// without looking: a Block that the host had locked comes back unlocked.
+///
+/// Blocks that the host passes in stay the host's, and so do all arrays, which
+/// are only read unless a description says otherwise. A Block that a call
+/// hands out through a variable belongs to the host once the call has returned
+/// true; it goes back through DisposeBlock. What a call makes for itself it
+/// releases on every path. Edits take the address of the host's variable that
+/// holds the Block, since an edit may put another Block there; the host takes
+/// it from its variable again.
+///
+/// ## Yielding
+/// Operations that may run long take `reference` and `yield` last. Every
+/// YieldMax units of work (the descriptions name the unit) they call
+/// `yield(reference, progress)`, on the caller's thread, from inside the call;
+/// most pass as progress how far in the text they have come. Only an answer of
+/// 1 lets the operation go on: any other byte, from a host in another language
+/// say, stops it. What was done up to then stays done, and is handed over. The
+/// callback may set YieldMax; it must not resize, move or dispose of anything
+/// that the running call uses. It may be null only when it cannot be due, that
+/// is while YieldMax is 0 or less.
+///
+/// ## Threads
+/// There are none inside, and no locks. Calls on different data may run at the
+/// same time; they share only YieldMax, which is read without synchronisation.
+///
+/// ## Example
+/// Replaces a word throughout a text, whatever its case; prints "A dog, the
+/// dog's hat, and a bobcat."
+/// @code{.c}
+/// #include <quillcore.h>
+/// #include <stdio.h>
+/// #include <string.h>
+///
+/// static bool go_on(int32_t reference, int32_t progress) {
+///   return reference == 0 && progress >= 0;  // a host answers false to stop
+/// }
+///
+/// int main(void) {
+///   const char text[] = "A cat, the Cat's hat, and a bobcat.";
+///   const int32_t size = (int32_t)strlen(text);
+///   QuillBlock block = NewBlock(size);
+///   if (block == NULL) return 1;
+///   memcpy(LockBlock(block), text, strlen(text));
+///   UnlockBlock(block);
+///
+///   int32_t upper[26], lower[26];  // a mask that takes A to Z for a to z
+///   for (int i = 0; i < 26; ++i) upper[i] = 'A' + i, lower[i] = 'a' + i;
+///   const int32_t word[] = {'c', 'a', 't'}, breaks[] = {' ', ',', '.', '\''};
+///
+///   int32_t end = size, caret = size;  // both move with the text
+///   const int32_t done = utf8_ReplaceStrAll(
+///       &block, 0, &end, word, 3, NULL,     // where, and what is sought
+///       "dog", 3, NULL,                     // what comes in its place
+///       upper, lower, 26, breaks, 4, 1, 0,  // in any case, whole words
+///       &caret, 0, go_on);
+///   if (done) printf("%.*s\n", (int)end, LockBlock(block));
+///   DisposeBlock(block);
+///   return !done;
+/// }
+/// @endcode
 #pragma once
 
 #include <stdbool.h>
 #include <stdint.h>
 
+/// Marks what the library offers to its hosts.
 #if defined(__GNUC__)
 #define QUILL_EXPORT __attribute__((visibility("default")))
 #else
@@ -20,8 +153,14 @@ extern "C" {
 // Types
 // ---------------------------------------------------------------------------
 
+/// A Block: the address of the pointer to its bytes, or null for no Block.
 typedef char** QuillBlock;
 
+/// The host's callback.
+///
+/// @param reference what the host gave the call, unchanged
+/// @param progress  how far the call has come, as its description says
+/// @return whether to go on; only a byte that equals 1 says so
 typedef bool (*QuillYield)(int32_t reference, int32_t progress);
 
 typedef struct QuillRangePart {
@@ -51,6 +190,12 @@ typedef int (*QuillCompare)(const void* first, const void* second, char* text,
                             int32_t* mask_keys, int32_t* mask_values,
                             int32_t mask_count);
 
+/// Units of work between two calls of the yield callback; 10000 at first.
+///
+/// The host may set it at any time, also from inside the callback. A running
+/// call compares its count with it after every unit, for equality: when
+/// YieldMax has been lowered to less than the count, that call asks no more. 0
+/// or less turns asking off.
 extern QUILL_EXPORT int32_t YieldMax;
 
 // ---------------------------------------------------------------------------
