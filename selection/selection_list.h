@@ -43,4 +43,17 @@ inline bool is_canonical(std::span<const Selection> selections,
   return reached <= text_length;
 }
 
+// The same for the list as it lies in its Block, where an odd number of longs
+// is wrong too. Looks at all longs, without a branch for each.
+inline bool is_canonical(std::span<const std::int32_t> longs,
+                         Offset text_length) {
+  if (longs.empty()) return true;
+  unsigned descents = 0;
+  for (std::size_t i = 1; i < longs.size(); ++i) {
+    descents |= longs[i] < longs[i - 1] ? 1u : 0u;
+  }
+  return longs.size() % 2 == 0 && descents == 0 && longs.front() >= 0 &&
+         longs.back() <= text_length;
+}
+
 }  // namespace quill
