@@ -93,9 +93,10 @@ std::size_t merge_by_sort(Selections list) {
 bool sorting_is_cheaper(std::size_t count, std::size_t map_bytes,
                         Offset covered_words) {
   const auto selections = static_cast<Offset>(count);
+  const auto steps = static_cast<Offset>(std::bit_width(count));
   const Offset by_map =
       static_cast<Offset>(map_bytes) + 32 * selections + covered_words;
-  const Offset by_sort = 14 * selections * std::bit_width(count);
+  const Offset by_sort = 14 * selections * steps;
   return by_sort < by_map;
 }
 

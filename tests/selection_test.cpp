@@ -335,7 +335,7 @@ SortInput random_sort_input(Random& random) {
   input.list = random_list(random, length, size, longest);
   if (random.one_in(2)) {  // every selection a whole number of characters
     for (std::int32_t& offset : input.list) {
-      while (offset < length &&
+      while (offset > 0 && offset < length &&
              (input.text[static_cast<std::size_t>(offset)] & 0xC0) == 0x80) {
         ++offset;
       }
