@@ -163,11 +163,22 @@ typedef char** QuillBlock;
 /// @return whether to go on; only a byte that equals 1 says so
 typedef bool (*QuillYield)(int32_t reference, int32_t progress);
 
+/// One part of a range pattern: a run of characters that are all in a set, or
+/// all outside it.
+///
+/// The record and its set belong to the host and are only read.
 typedef struct QuillRangePart {
+  /// The set: packed characters in ascending signed order, every member
+  /// listed. Equal ones do no harm; in a set out of order members are missed.
   const int32_t* characters;
+  /// Members of the set; 0 or less makes it empty.
   int32_t character_count;
+  /// Fewest characters in the run.
   int32_t minimum;
+  /// Most characters in the run; 0 for as many as there are. Below 0 the part
+  /// matches nowhere.
   int32_t maximum;
+  /// Any byte but 0: the run is of characters in the set; 0: of others.
   unsigned char include;
 } QuillRangePart;
 
@@ -429,18 +440,97 @@ QUILL_EXPORT int32_t utf8_ComputeSpaceBreaks(
 // Range patterns
 // ---------------------------------------------------------------------------
 
+/// @name Range patterns
+///
+/// A range pattern is an array of pointers to parts (QuillRangePart) and their
+/// number. The parts match one after the other, each where the one before
+/// ended. Matching is greedy and never gives back: letters, 1 or more, then one
+/// `a`, never matches `aba`, since the letters take all of it.
+/// @{
+
+/// Matches one part at one position.
+///
+/// A character that can't be read (one that `end` cuts off, or nothing but
+/// continuation bytes up to `end`) makes a part that comes to it fail, even
+/// when it had matched enough. Costs one bisection of the set for each
+/// character; allocates nothing and never yields.
+///
+/// @param part      the part
+/// @param text      address of offset 0; null reads as no character
+/// @param position  byte offset at which the run starts
+/// @param end       byte offset that bounds the reading
+/// @param next      set to the offset just past the last character of the run,
+///                  `position` when there is none; also when the run is too
+///                  short, but not when a character can't be read
+/// @return 1 when the run is as long as the part asks for, else 0
 QUILL_EXPORT int32_t utf8_CompareRangePart(const QuillRangePart* part,
                                            const char* text, int32_t position,
                                            int32_t end, int32_t* next);
 
+/// Matches a whole pattern at one position.
+///
+/// No parts at all match everywhere, without a character. Costs and fails as
+/// utf8_CompareRangePart does.
+///
+/// @param text        address of offset 0; null reads as no character
+/// @param position    byte offset at which the match must start
+/// @param end         byte offset that bounds the reading
+/// @param parts       the pattern's parts
+/// @param part_count  number of parts; 0 or less for none
+/// @param next        set to the offset just past the match; without one to
+///                    where a search goes on: just past the first character at
+///                    or after `position`, or `end` when there is none
+/// @return 1 when every part matched, else 0
 QUILL_EXPORT int32_t utf8_CompareRangePattern(
     const char* text, int32_t position, int32_t end,
     const QuillRangePart* const* parts, int32_t part_count, int32_t* next);
+
+/// @}
 
 // ---------------------------------------------------------------------------
 // Searching range patterns
 // ---------------------------------------------------------------------------
 
+/// @name Searching range patterns
+///
+/// Matches start in `[from, to)` and end by `to`. A search attempts one offset,
+/// then the one just past the first character at or after it; a match is said
+/// to start at the offset attempted, which may lie on stray continuation bytes
+/// before its first character. When the first part asks for at least one of a
+/// single character, and its include flag is exactly 1, the first attempt is
+/// made at the first byte equal to that character's lead byte, found by a scan
+/// of bytes; in malformed text that byte may lie inside a longer character.
+///
+/// The searches for all matches go on at each match's end. A match may be empty
+/// when every part can be; it is reported once, also at the end of the match
+/// before, and the search goes on just past the first character at or after it.
+///
+/// A single search is refused when `text` is null, `from` is below 0 or above
+/// `to`, `to` is below 1, or there are no parts. The searches for all matches
+/// refuse nothing: they then find nothing and stop at `to`.
+/// @{
+
+/// Finds the first match.
+///
+/// Each attempt is a unit of work, and the host is told of the offset to be
+/// attempted next. Before that the scan of bytes, if there is one, yields as
+/// FindByte does. Allocates nothing.
+///
+/// @param text        address of offset 0
+/// @param from        byte offset of the first attempt
+/// @param to          byte offset that bounds attempts and matches
+/// @param parts       the pattern's parts
+/// @param part_count  number of parts, at least 1
+/// @param start       set to the start of the match; not written without one
+/// @param end         set to the end of the match; without one it is left with
+///                    no meaningful value, and unwritten when refused
+/// @param next        set to `to` first, even when refused, and to the end of
+///                    a match
+/// @param reference   handed to `yield` unchanged
+/// @param yield       asked after every YieldMax attempts; the search ends
+///                    unless it answers 1, but a match of the same attempt
+///                    stands
+/// @return 1 when there is a match, else 0
 QUILL_EXPORT int32_t utf8_FindPattern(const char* text, int32_t from,
                                       int32_t to,
                                       const QuillRangePart* const* parts,
@@ -448,6 +538,27 @@ QUILL_EXPORT int32_t utf8_FindPattern(const char* text, int32_t from,
                                       int32_t* end, int32_t* next,
                                       int32_t reference, QuillYield yield);
 
+/// Finds the match that starts at the highest offset.
+///
+/// Attempts every byte offset from `to - 1` down to `from`; the match may end
+/// anywhere up to `to`. Each attempt is a unit of work, and the host is told of
+/// the offset below. Allocates nothing.
+///
+/// @param text        address of offset 0
+/// @param from        lowest byte offset attempted
+/// @param to          byte offset that bounds attempts and matches
+/// @param parts       the pattern's parts
+/// @param part_count  number of parts, at least 1
+/// @param start       set to the start of the match; not written without one
+/// @param end         set to the end of the match; without one it is left with
+///                    no meaningful value, and unwritten when refused
+/// @param next        set to `from` first, even when refused, and to the start
+///                    of a match: the `to` of a search for the one before
+/// @param reference   handed to `yield` unchanged
+/// @param yield       asked after every YieldMax attempts; the search ends
+///                    unless it answers 1, but a match of the same attempt
+///                    stands
+/// @return 1 when there is a match, else 0
 QUILL_EXPORT int32_t utf8_FindPatternPrev(const char* text, int32_t from,
                                           int32_t to,
                                           const QuillRangePart* const* parts,
@@ -455,6 +566,26 @@ QUILL_EXPORT int32_t utf8_FindPatternPrev(const char* text, int32_t from,
                                           int32_t* end, int32_t* next,
                                           int32_t reference, QuillYield yield);
 
+/// Counts the matches.
+///
+/// Each match found is a unit of work, and so is the last search that finds
+/// none; the host is told where the next search begins. Inside each search it
+/// is asked as utf8_FindPattern asks it, with a count of its own; a stop there
+/// ends that search, and with it the count, as if nothing more were found.
+/// Allocates nothing.
+///
+/// @param text        address of offset 0
+/// @param from        byte offset at which the first search begins
+/// @param to          byte offset that bounds attempts and matches
+/// @param parts       the pattern's parts
+/// @param part_count  number of parts
+/// @param number      set to the number of matches
+/// @param stop        set to `to`; to `from` when that is not below `to`; or to
+///                    where the next search would have begun when the host
+///                    stopped the operation between two searches
+/// @param reference   handed to `yield` unchanged
+/// @param yield       asked as said above
+/// @return always 1
 QUILL_EXPORT int32_t utf8_CountPatternAll(const char* text, int32_t from,
                                           int32_t to,
                                           const QuillRangePart* const* parts,
@@ -462,6 +593,26 @@ QUILL_EXPORT int32_t utf8_CountPatternAll(const char* text, int32_t from,
                                           int32_t* stop, int32_t reference,
                                           QuillYield yield);
 
+/// Lists the matches.
+///
+/// Works and yields as utf8_CountPatternAll does. The list grows in steps of
+/// 4,000,000 bytes and is trimmed at the end. When it can't grow, the operation
+/// ends at once: the list keeps the matches stored before, the one that did not
+/// fit is dropped, and `stop` is where the search would have gone on after it.
+///
+/// @param text        address of offset 0
+/// @param from        byte offset at which the first search begins
+/// @param to          byte offset that bounds attempts and matches
+/// @param parts       the pattern's parts
+/// @param part_count  number of parts
+/// @param list        set to a new canonical selection list, the host's; null
+///                    when there is no match
+/// @param long_count  set to the number of longs in the list, 2 for each match
+/// @param stop        set as by utf8_CountPatternAll
+/// @param reference   handed to `yield` unchanged
+/// @param yield       asked as by utf8_CountPatternAll
+/// @return 0 when the list could not be made: `list` is then null, `long_count`
+///         0 and `stop` is `to`. Else 1
 QUILL_EXPORT int32_t utf8_FindPatternAll(const char* text, int32_t from,
                                          int32_t to,
                                          const QuillRangePart* const* parts,
@@ -469,6 +620,29 @@ QUILL_EXPORT int32_t utf8_FindPatternAll(const char* text, int32_t from,
                                          int32_t* long_count, int32_t* stop,
                                          int32_t reference, QuillYield yield);
 
+/// Lists the matches of an outer pattern that contain a match of a key pattern,
+/// with the first such match.
+///
+/// Searches for the outer pattern as utf8_FindPatternAll does, and inside each
+/// of its matches for the key, as utf8_FindPattern does between the start and
+/// the end of the outer match. A search for a key yields with a count of its
+/// own; a stop there only means that no key is found.
+///
+/// @param text              address of offset 0
+/// @param from              byte offset at which the first search begins
+/// @param to                byte offset that bounds attempts and matches
+/// @param outer_parts       the parts of the outer pattern
+/// @param outer_part_count  number of them
+/// @param key_parts         the parts of the key pattern
+/// @param key_part_count    number of them
+/// @param list              set to a new key selection list, the host's; null
+///                          when there is no record
+/// @param long_count        set to the number of longs in the list, 4 for each
+///                          record
+/// @param stop              set as by utf8_CountPatternAll
+/// @param reference         handed to `yield` unchanged
+/// @param yield             asked by every search, and between the outer ones
+/// @return as utf8_FindPatternAll
 QUILL_EXPORT int32_t utf8_FindKeyPatternAll(
     const char* text, int32_t from, int32_t to,
     const QuillRangePart* const* outer_parts, int32_t outer_part_count,
@@ -476,11 +650,31 @@ QUILL_EXPORT int32_t utf8_FindKeyPatternAll(
     QuillBlock* list, int32_t* long_count, int32_t* stop, int32_t reference,
     QuillYield yield);
 
+/// Runs utf8_FindPatternAll over the contents of a Block, and disposes of the
+/// list: what the host learns is how far the search came.
+///
+/// Nothing is searched and `stop` is not written when there is no Block, when
+/// `from` or `to` is below 0, when `from` is not below `to`, when `to` lies
+/// beyond the contents, when `part_count` is 0, or when the Block is empty.
+///
+/// @param text        the host's variable that holds the text; the Block is
+///                    locked for the search and comes back unlocked
+/// @param from        byte offset at which the first search begins
+/// @param to          byte offset that bounds attempts and matches
+/// @param parts       the pattern's parts
+/// @param part_count  number of parts
+/// @param stop        set as by utf8_FindPatternAll
+/// @param reference   handed to `yield` unchanged
+/// @param yield       asked as by utf8_FindPatternAll
+/// @return 0 when the list of the search could not be made, else 1, also when
+///         nothing was searched
 QUILL_EXPORT int32_t utf8_SortPattern(QuillBlock* text, int32_t from,
                                       int32_t to,
                                       const QuillRangePart* const* parts,
                                       int32_t part_count, int32_t* stop,
                                       int32_t reference, QuillYield yield);
+
+/// @}
 
 // ---------------------------------------------------------------------------
 // Deleting and wrapping selections
