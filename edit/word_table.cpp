@@ -120,7 +120,7 @@ std::int32_t utf8_WordTableReplace(
   const std::int32_t end = *to;
   *new_end = end;
   const std::int32_t size = GetHandleSize(block);
-  if (block == nullptr || from < 0 || end > size) return 0;
+  if (block == nullptr || end > size) return 0;
 
   const Host host{reference, yield};
   const auto find_words = [&] {
