@@ -6,7 +6,8 @@ include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Quillcore)
 
-install(TARGETS quillcore EXPORT QuillcoreTargets)
+install(TARGETS quillcore EXPORT QuillcoreTargets
+  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(FILES ${PROJECT_SOURCE_DIR}/include/quillcore.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(EXPORT QuillcoreTargets NAMESPACE Quillcore:: DESTINATION ${package_dir})
