@@ -37,6 +37,13 @@ class LongList {
     return true;
   }
 
+  // Appends a record of two pairs, in the same way.
+  [[nodiscard]] bool append_record(Offset first_start, Offset first_end,
+                                   Offset second_start, Offset second_end) {
+    if (count_ + 4 > room_ && !grow()) return false;
+    return append(first_start, first_end) && append(second_start, second_end);
+  }
+
   Offset long_count() const { return count_; }
 
   // False once the first full-sized Block could not be had: the whole search

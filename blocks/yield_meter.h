@@ -18,6 +18,11 @@
 
 namespace quill {
 
+// Asks the host once, outside any counting. False unless the byte that it
+// answers with is 1.
+[[nodiscard]] bool ask_host(QuillYield yield, std::int32_t reference,
+                            Offset progress);
+
 class YieldMeter {
  public:
   YieldMeter(std::int32_t reference, QuillYield yield)
@@ -44,6 +49,13 @@ class YieldMeter {
     const Offset interval = YieldMax;
     return interval > count_ ? interval - count_
                              : std::numeric_limits<Offset>::max();
+  }
+
+  // Where one unit is one offset: the end of the stretch from `position` on in
+  // which only the last unit can ask, at most `end`.
+  Offset stretch_end(Offset position, Offset end) const {
+    const Offset left = units_left();
+    return left < end - position ? position + left : end;
   }
 
   // Counts `units`, fewer than units_left().

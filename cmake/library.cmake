@@ -19,8 +19,10 @@ if(QUILLCORE_SHARED)
   add_library(quillcore SHARED $<TARGET_OBJECTS:quillcore_objects>)
   # Templates of the standard library keep default visibility when they are
   # not inlined; this keeps them out of the dynamic symbol table.
+  # A host written in C gets the C++ runtime only if the library calls it.
   target_link_options(quillcore PRIVATE
-    -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/hide_standard_library.map)
+    LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/hide_standard_library.map
+    LINKER:--as-needed)
   set_target_properties(quillcore PROPERTIES
     LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/hide_standard_library.map)
 else()
@@ -32,5 +34,4 @@ set_target_properties(quillcore PROPERTIES
   VERSION ${PROJECT_VERSION}
   SOVERSION ${PROJECT_VERSION_MAJOR})
 target_include_directories(quillcore PUBLIC
-  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
-  $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>)

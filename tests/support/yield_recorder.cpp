@@ -14,6 +14,7 @@ unsigned char YieldRecorder::on_yield(std::int32_t reference,
 unsigned char YieldRecorder::answer(std::int32_t reference,
                                     std::int32_t progress) {
   const bool stops = std::cmp_equal(calls_.size(), stop_at_);
+  if (std::cmp_equal(calls_.size(), change_at_)) YieldMax = maximum_;
   calls_.emplace_back(reference, progress);
   return stops ? answer_ : 1;
 }

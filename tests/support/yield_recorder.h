@@ -44,6 +44,12 @@ class YieldRecorder {
   YieldRecorder(const YieldRecorder&) = delete;
   YieldRecorder& operator=(const YieldRecorder&) = delete;
 
+  // Has the host set YieldMax to `maximum` during the call numbered `at`.
+  void change_maximum(int at, std::int32_t maximum) {
+    change_at_ = at;
+    maximum_ = maximum;
+  }
+
   QuillYield callback() const;
   const std::vector<Call>& calls() const { return calls_; }
 
@@ -60,6 +66,8 @@ class YieldRecorder {
   YieldRecorder* before_;
   std::vector<Call> calls_;
   int stop_at_;
+  int change_at_ = kNever;
+  std::int32_t maximum_ = 0;
   unsigned char answer_;
 };
 

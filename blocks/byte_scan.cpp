@@ -1,0 +1,121 @@
+// Chooses the kernels once and passes every scan on to them.
+//
+// The choice depends on the machine alone, so threads that choose at the same
+// time choose the same.
+#include "blocks/byte_scan.h"
+
+#include <atomic>
+#include <bit>
+
+#include "blocks/byte_kernels.h"
+
+namespace quill {
+namespace {
+
+constexpr const ByteKernels* kAvailable[] = {&kPortableKernels};
+
+std::span<const ByteKernels* const> find_available() { return kAvailable; }
+
+constinit std::atomic<const ByteKernels*> g_chosen = nullptr;
+
+const ByteKernels* choose() {
+  const ByteKernels* const best = find_available().back();
+  g_chosen.store(best, std::memory_order_relaxed);
+  return best;
+}
+
+inline const ByteKernels& kernels() {
+  const ByteKernels* const chosen = g_chosen.load(std::memory_order_relaxed);
+  return chosen != nullptr ? *chosen : *choose();
+}
+
+}  // namespace
+
+std::span<const ByteKernels* const> available_kernels() {
+  return find_available();
+}
+
+void force_kernels(const ByteKernels* forced) {
+  g_chosen.store(forced, std::memory_order_relaxed);
+}
+
+Anchor::Anchor(Byte wanted, Offset from_position)
+    : set(ByteSet::of(wanted)),
+      offset(from_position),
+      is_plain(true),
+      value(wanted) {}
+
+Anchor::Anchor(const ByteSet& wanted, Offset from_position)
+    : set(wanted), offset(from_position) {
+  Byte members[2] = {};
+  if (const int count = set.first_members(members); count == 1) {
+    is_plain = true;
+    value = members[0];
+  } else if (count == 2 &&
+             std::has_single_bit(unsigned{members[0]} ^ members[1])) {
+    is_plain = true;
+    ignored = members[0] ^ members[1];
+    value = members[0] | members[1];
+  }
+}
+
+const Byte* find_byte(const Byte* first, const Byte* last, Byte wanted) {
+  return kernels().find_byte(first, last, wanted);
+}
+
+const Byte* find_byte_backward(const Byte* first, const Byte* last,
+                               Byte wanted) {
+  return kernels().find_byte_backward(first, last, wanted);
+}
+
+const Byte* find_member(const Byte* first, const Byte* last,
+                        const ByteSet& set) {
+  return kernels().find_member(first, last, set);
+}
+
+const Byte* find_member_backward(const Byte* first, const Byte* last,
+                                 const ByteSet& set) {
+  return kernels().find_member_backward(first, last, set);
+}
+
+const Byte* find_non_ascii(const Byte* first, const Byte* last) {
+  return kernels().find_non_ascii(first, last);
+}
+
+const Byte* find_anchored(const Byte* first, const Byte* last,
+                          std::span<const Anchor> anchors) {
+  return kernels().find_anchored(first, last, anchors);
+}
+
+const Byte* find_anchored_backward(const Byte* first, const Byte* last,
+                                   std::span<const Anchor> anchors) {
+  return kernels().find_anchored_backward(first, last, anchors);
+}
+
+void mark_members(const Byte* first, const Byte* last, const ByteSet& set,
+                  std::uint64_t* words) {
+  kernels().mark_members(first, last, set, words);
+}
+
+void mark_anchored(const Byte* first, const Byte* last,
+                   std::span<const Anchor> anchors, std::uint64_t* words) {
+  kernels().mark_anchored(first, last, anchors, words);
+}
+
+void mark_leads(const Byte* first, const Byte* last, std::uint64_t* words) {
+  kernels().mark_leads(first, last, words);
+}
+
+Offset count_leads(const Byte* first, const Byte* last) {
+  return kernels().count_leads(first, last);
+}
+
+const Byte* nth_lead(const Byte* first, const Byte* last, Offset index) {
+  return kernels().nth_lead(first, last, index);
+}
+
+Walk walk_characters(const Byte* first, const Byte* last, Offset most) {
+  return kernels().walk_characters(first, last, most);
+}
+
+}  // namespace quill

@@ -1,0 +1,94 @@
+// Scans over plain byte ranges, as fast as the machine allows.
+//
+// A scan reads only the bytes that it is given, allocates nothing, and knows
+// neither Blocks nor the yield callback, and of characters only the classes of
+// their bytes. The portable kernels define every answer; the vector kernels,
+// chosen once at run time, agree with them byte for byte.
+//
+// Ranges are [first, last), and a search that finds nothing answers `last`.
+#pragma once
+
+#include <span>
+
+#include "blocks/base.h"
+#include "blocks/byte_set.h"
+
+namespace quill {
+
+// The first (or last) `wanted` in the range.
+const Byte* find_byte(const Byte* first, const Byte* last, Byte wanted);
+const Byte* find_byte_backward(const Byte* first, const Byte* last,
+                               Byte wanted);
+
+// The first (or last) byte that belongs to `set`. For those that don't, invert
+// the set.
+const Byte* find_member(const Byte* first, const Byte* last,
+                        const ByteSet& set);
+const Byte* find_member_backward(const Byte* first, const Byte* last,
+                                 const ByteSet& set);
+
+// The first byte of 0x80 or above.
+const Byte* find_non_ascii(const Byte* first, const Byte* last);
+
+// What must stand `offset` bytes after (below 0: before) a position.
+struct Anchor {
+  Anchor() = default;
+  Anchor(Byte wanted, Offset from_position);
+  Anchor(const ByteSet& wanted, Offset from_position);
+
+  ByteSet set;
+  Offset offset = 0;
+
+  // A set of one byte, or of two that differ in one bit such as a letter in
+  // both cases, is tested in one step: is_plain says that the members are the
+  // bytes which give `value` once the bits `ignored` are set in them.
+  bool is_plain = false;
+  Byte ignored = 0;
+  Byte value = 0;
+};
+inline constexpr int kMostAnchors = 3;
+
+// The first (or last) position in [first, last) where all anchors, 1 to 3 of
+// them, hold. Reads what lies at the anchors' offsets from every position,
+// which may be outside [first, last): the caller vouches for it.
+const Byte* find_anchored(const Byte* first, const Byte* last,
+                          std::span<const Anchor> anchors);
+const Byte* find_anchored_backward(const Byte* first, const Byte* last,
+                                   std::span<const Anchor> anchors);
+
+// The same tests for many positions at once: bit i mod 64 of words[i / 64] says
+// whether the test holds for position first + i. Writes (last - first + 63) /
+// 64 words; the bits beyond the range are 0. For matches that lie close
+// together: the caller walks the bits instead of calling once for each.
+void mark_members(const Byte* first, const Byte* last, const ByteSet& set,
+                  std::uint64_t* words);
+void mark_anchored(const Byte* first, const Byte* last,
+                   std::span<const Anchor> anchors, std::uint64_t* words);
+
+// Marks the bytes that are not continuation bytes.
+void mark_leads(const Byte* first, const Byte* last, std::uint64_t* words);
+
+// How many bytes are not continuation bytes (0x80 to 0xBF).
+Offset count_leads(const Byte* first, const Byte* last);
+
+// The byte numbered `index` (from 0) among those that are not continuation
+// bytes.
+const Byte* nth_lead(const Byte* first, const Byte* last, Offset index);
+
+struct Walk {
+  const Byte* next;   // where the walk ended
+  Offset characters;  // how many it went over
+};
+
+// Goes from `first` over at most `most` characters that are in order: a lead
+// byte, then exactly the continuation bytes that its class announces, all
+// inside the range. Ends before the first that is not: at a stray continuation
+// byte, or at a lead byte that lacks some of its continuation bytes.
+Walk walk_characters(const Byte* first, const Byte* last, Offset most);
+
+// Whether the range consists of characters in order.
+inline bool is_in_order(const Byte* first, const Byte* last) {
+  return walk_characters(first, last, last - first).next == last;
+}
+
+}  // namespace quill

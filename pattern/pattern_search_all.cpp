@@ -1,0 +1,145 @@
+#include "pattern/pattern_search_all.h"
+
+#include "blocks/block_lock.h"
+#include "blocks/long_list.h"
+#include "quillcore.h"
+
+namespace quill {
+namespace {
+
+// Searches again and again, each time from where the last search leads, and
+// hands each match to `take`, which may end the walk by answering false. Each
+// search is a unit of work; the host hears where the next one begins. Returns
+// that offset.
+//
+// The walk ends: a search that finds nothing leads to `to`, and one that finds
+// an empty match leads past a character.
+template <class Take>
+Offset walk_matches(const PatternSearcher& searcher, Offset from, Offset to,
+                    Host host, Take take) {
+  YieldMeter meter = host.meter();
+  Offset position = from;
+  while (position < to && meter.go_on()) {
+    std::int32_t start = 0;
+    std::int32_t end = 0;
+    std::int32_t next = 0;
+    const bool found = searcher.find_first(position, to, {&start, &end, &next});
+    position = found ? searcher.resume_after(start, end, to) : next;
+    if (found && !take(start, end)) break;
+    meter.tick(position);
+  }
+  return position;
+}
+
+PatternList hand_over(LongList& list, Offset stop, Offset to) {
+  const Offset long_count = list.long_count();
+  QuillBlock block = list.hand_over_or_none();
+  if (block == nullptr && long_count > 0) return {nullptr, 0, to, false};
+  return {block, long_count, stop, true};
+}
+
+std::int32_t report(const PatternList& found, QuillBlock* list,
+                    std::int32_t* long_count, std::int32_t* stop) {
+  *list = found.block;
+  *long_count = to_long(found.long_count);
+  *stop = to_long(found.stop);
+  return found.made ? 1 : 0;
+}
+
+PatternList find_all_keys(const PatternSearcher& outer,
+                          const PatternSearcher& key, Offset from, Offset to,
+                          Host host) {
+  LongList list;
+  if (!list.start()) return {nullptr, 0, to, false};
+  const auto append_key = [&](std::int32_t outer_start,
+                              std::int32_t outer_end) {
+    std::int32_t start = 0;
+    std::int32_t end = 0;
+    std::int32_t next = 0;
+    return !key.find_first(outer_start, outer_end, {&start, &end, &next}) ||
+           list.append_record(start, end, outer_start, outer_end);
+  };
+  const Offset stop = walk_matches(outer, from, to, host, append_key);
+  return hand_over(list, stop, to);
+}
+
+}  // namespace
+
+PatternList find_all_matches(const PatternSearcher& searcher, Offset from,
+                             Offset to, Host host) {
+  LongList list;
+  if (!list.start()) return {nullptr, 0, to, false};
+  const auto append = [&list](std::int32_t start, std::int32_t end) {
+    return list.append(start, end);
+  };
+  const Offset stop = walk_matches(searcher, from, to, host, append);
+  return hand_over(list, stop, to);
+}
+
+}  // namespace quill
+
+using namespace quill;
+
+std::int32_t utf8_CountPatternAll(const char* text, std::int32_t from,
+                                  std::int32_t to,
+                                  const QuillRangePart* const* parts,
+                                  std::int32_t part_count, std::int32_t* number,
+                                  std::int32_t* stop, std::int32_t reference,
+                                  QuillYield yield) {
+  const Host host{reference, yield};
+  const PatternSearcher searcher(text, {parts, part_count}, host);
+  Offset count = 0;
+  const auto count_one = [&count](std::int32_t, std::int32_t) {
+    ++count;
+    return true;
+  };
+  const Offset reached = walk_matches(searcher, from, to, host, count_one);
+  *number = to_long(count);
+  *stop = to_long(reached);
+  return 1;
+}
+
+std::int32_t utf8_FindPatternAll(const char* text, std::int32_t from,
+                                 std::int32_t to,
+                                 const QuillRangePart* const* parts,
+                                 std::int32_t part_count, QuillBlock* list,
+                                 std::int32_t* long_count, std::int32_t* stop,
+                                 std::int32_t reference, QuillYield yield) {
+  const Host host{reference, yield};
+  const PatternSearcher searcher(text, {parts, part_count}, host);
+  return report(find_all_matches(searcher, from, to, host), list, long_count,
+                stop);
+}
+
+std::int32_t utf8_FindKeyPatternAll(
+    const char* text, std::int32_t from, std::int32_t to,
+    const QuillRangePart* const* outer_parts, std::int32_t outer_part_count,
+    const QuillRangePart* const* key_parts, std::int32_t key_part_count,
+    QuillBlock* list, std::int32_t* long_count, std::int32_t* stop,
+    std::int32_t reference, QuillYield yield) {
+  const Host host{reference, yield};
+  const PatternSearcher outer(text, {outer_parts, outer_part_count}, host);
+  const PatternSearcher key(text, {key_parts, key_part_count}, host);
+  return report(find_all_keys(outer, key, from, to, host), list, long_count,
+                stop);
+}
+
+std::int32_t utf8_SortPattern(QuillBlock* text, std::int32_t from,
+                              std::int32_t to,
+                              const QuillRangePart* const* parts,
+                              std::int32_t part_count, std::int32_t* stop,
+                              std::int32_t reference, QuillYield yield) {
+  if (text == nullptr || *text == nullptr || from < 0 || to < 0 || from >= to ||
+      part_count == 0 || GetHandleSize(*text) < 1) {
+    return 1;
+  }
+  const BlockLock lock(*text);
+  // An end beyond the contents would have the search read past them.
+  if (lock.contents() == nullptr || to > lock.size()) return 1;
+  const Host host{reference, yield};
+  const PatternSearcher searcher(lock.contents(), {parts, part_count}, host);
+  const PatternList found = find_all_matches(searcher, from, to, host);
+  DisposeHandle(found.block);  // the matches themselves are nobody's
+  *stop = to_long(found.stop);
+  return found.made ? 1 : 0;
+}
