@@ -95,8 +95,8 @@ class OwnStrings {
   Offset end(Offset k) const { return at(k).end; }
   bool is_kept(Offset k) const { return at(k).kind == kKeep; }
   Offset length(Offset k) const { return at(k).replacement_length; }
-  void put(Offset k, char* to) const {
-    move_bytes(to, at(k).replacement, length(k));
+  void put(Offset k, Offset length, char* to) const {
+    move_bytes(to, at(k).replacement, length);
   }
   void note(Offset k, Offset shrunk) const { note_place(at(k), shrunk); }
 

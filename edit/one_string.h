@@ -61,8 +61,8 @@ class OneString {
   Offset end(Offset k) const { return at(k).end; }
   static bool is_kept(Offset) { return false; }
   Offset length(Offset) const { return std::ssize(string_); }
-  void put(Offset, char* at) const {
-    move_bytes(at, string_.data(), length(0));
+  void put(Offset, Offset length, char* at) const {
+    move_bytes(at, string_.data(), length);
   }
   void note(Offset k, Offset shrunk) const {
     Selection& selection = at(k);

@@ -23,7 +23,8 @@ namespace quill {
 //   Offset start(k), end(k)     where selection k lies
 //   bool is_kept(k)             selection k stays, as part of its run
 //   Offset length(k)            of its replacement
-//   void put(k, at)             writes the replacement of selection k
+//   void put(k, length, at)     writes the replacement of selection k, whose
+//                               length was the last one asked for
 //   kNotesPlaces                whether it wants to hear of
 //   void note(k, shrunk)        selection k is done; those before it gave up
 //                               `shrunk` bytes where they shrank
@@ -86,7 +87,7 @@ class Splice {
       at.run_start = place.start;
       const Offset shift = at.shift + place.change();
       if (shift > 0) break;
-      edits.put(k, text_ + place.start + at.shift);
+      edits.put(k, place.length, text_ + place.start + at.shift);
       note(edits, k, at.shrunk);
       at.run_start = place.end;
       at.shift = shift;
@@ -99,11 +100,15 @@ class Splice {
   // `from.next`; up to that one the text is edited.
   Reached move_right(const Reached from) const {
     const Edits edits = edits_;
-    const Reached to = end_of_stretch(from);
-    Offset shift = to.shift;
-    Offset shrunk = to.shrunk;
-    Offset run_end = to.run_start;
-    for (Offset k = to.next; k-- > from.next;) {
+    Reached last = from;
+    Offset run_end = end_of_stretch(last);
+    const Offset limit = last.next;
+    Offset shift = last.shift;
+    Offset shrunk = last.shrunk;
+    // What ends the stretch goes first, while it can be read: its replacement
+    // fits into its own bytes.
+    if (limit < edits.count()) last = put_and_pass(edits, last);
+    for (Offset k = limit; k-- > from.next;) {
       if (edits.is_kept(k)) {
         note(edits, k, shrunk);
         continue;
@@ -111,28 +116,37 @@ class Splice {
       const Place place = place_of(edits, k);
       move_run(place.end, run_end, shift);
       shift -= place.change();
-      edits.put(k, text_ + place.start + shift);
+      edits.put(k, place.length, text_ + place.start + shift);
       if constexpr (Edits::kNotesPlaces) shrunk -= place.shrinkage();
       note(edits, k, shrunk);
       run_end = place.start;
     }
-    return to;
+    return last;
   }
 
-  // The first selection behind which nothing moves right any more, and what
-  // the edit will have reached once the stretch before it is done.
-  Reached end_of_stretch(Reached at) const {
+  // Goes on to the first selection behind which nothing moves right any more,
+  // and returns where the stretch before it ends.
+  Offset end_of_stretch(Reached& at) const {
     const Edits edits = edits_;
     const Offset count = edits.count();
     for (; at.next < count; ++at.next) {
       if (edits.is_kept(at.next)) continue;
       const Place place = place_of(edits, at.next);
-      if (at.shift + place.change() <= 0) break;
+      if (at.shift + place.change() <= 0) return place.start;
       at.shift += place.change();
       at.shrunk += place.shrinkage();
     }
-    at.run_start = at.next == count ? text_length_ : edits.start(at.next);
-    return at;
+    at.run_start = text_length_;
+    return text_length_;
+  }
+
+  // Replaces the selection `at.next`, and has the run behind it to move next.
+  Reached put_and_pass(const Edits& edits, Reached at) const {
+    const Place place = place_of(edits, at.next);
+    edits.put(at.next, place.length, text_ + place.start + at.shift);
+    note(edits, at.next, at.shrunk);
+    return {at.next + 1, place.end, at.shift + place.change(),
+            at.shrunk + place.shrinkage()};
   }
 
   void move_run(Offset start, Offset end, Offset shift) const {

@@ -25,8 +25,8 @@ class Wrapping {
   Offset end(Offset k) const { return start(k); }
   bool is_kept(Offset k) const { return length(k) == 0; }
   Offset length(Offset k) const { return std::ssize(string(k)); }
-  void put(Offset k, char* at) const {
-    move_bytes(at, string(k).data(), length(k));
+  void put(Offset k, Offset length, char* at) const {
+    move_bytes(at, string(k).data(), length);
   }
 
  private:
