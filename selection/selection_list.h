@@ -20,6 +20,13 @@ struct Selection {
 };
 static_assert(sizeof(Selection) == 8);
 
+// An element of a key selection list: a match and the key found inside it.
+struct KeyRecord {
+  Selection key;
+  Selection super;
+};
+static_assert(sizeof(KeyRecord) == 16);
+
 // The whole selections of a list of longs.
 inline std::span<Selection> selections_of(std::span<std::int32_t> longs) {
   return {reinterpret_cast<Selection*>(longs.data()), longs.size() / 2};
@@ -41,6 +48,19 @@ inline bool is_canonical(std::span<const Selection> selections,
     reached = selection.end;
   }
   return reached <= text_length;
+}
+
+// The same for the list as it lies in its Block, where an odd number of longs
+// is wrong too. Looks at all longs, without a branch for each.
+inline bool is_canonical(std::span<const std::int32_t> longs,
+                         Offset text_length) {
+  if (longs.empty()) return true;
+  unsigned descents = 0;
+  for (std::size_t i = 1; i < longs.size(); ++i) {
+    descents |= longs[i] < longs[i - 1] ? 1u : 0u;
+  }
+  return longs.size() % 2 == 0 && descents == 0 && longs.front() >= 0 &&
+         longs.back() <= text_length;
 }
 
 }  // namespace quill

@@ -1,0 +1,113 @@
+#include "edit/insert.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "blocks/block_lock.h"
+#include "blocks/scratch.h"
+#include "edit/byte_string.h"
+#include "edit/delete.h"
+#include "edit/one_string.h"
+#include "edit/splice.h"
+#include "utf8/characters.h"
+
+namespace quill {
+namespace {
+
+// Whether a flag of the string's characters is 0. They are counted as the
+// character counters count them: by lead bytes alone, and a stray continuation
+// byte is one.
+bool has_open_position(std::string_view string, const unsigned char* flags) {
+  if (flags == nullptr) return false;
+  const Byte* const bytes = as_bytes(string.data());
+  const Offset length = std::ssize(string);
+  for (Offset i = 0; i < length; i += length_from_lead(bytes[i])) {
+    if (*flags++ == 0) return true;
+  }
+  return false;
+}
+
+// Writes the string's characters to `out`, up to one that can't be read, and
+// returns their number.
+std::size_t decode(std::string_view string, std::int32_t* out) {
+  std::size_t count = 0;
+  Offset position = 0;
+  while (true) {
+    const Character next =
+        read_next(as_bytes(string.data()), position, std::ssize(string));
+    if (!next.found) return count;
+    out[count++] = next.packed;
+    position = next.next;
+  }
+}
+
+bool overlay_string(QuillBlock* variable, QuillBlock selections,
+                    std::string_view string, const unsigned char* flags,
+                    Handover handover, Offset longest) {
+  // Most templates are a few characters; those need no heap.
+  std::array<std::int32_t, 64> few;
+  const bool is_long = string.size() > few.size();
+  const Scratch<std::int32_t> many(is_long ? std::ssize(string) : 0);
+  if (many.refused()) return false;
+  std::int32_t* const characters = is_long ? many.data() : few.data();
+  const std::size_t count = decode(string, characters);
+  return overlay(variable, selections, {{characters, count}, flags}, handover,
+                 longest);
+}
+
+// Moves every pair to where its selection lies once all longer ones have been
+// replaced and none of the shorter ones has.
+void note_places(std::span<Selection> selections, Offset string_length) {
+  Offset shrunk = 0;
+  for (Selection& selection : selections) {
+    const Offset length = selection.length();
+    const Offset kept = std::min(length, string_length);
+    selection.start = to_long(selection.start - shrunk);
+    selection.end = to_long(selection.start + kept);
+    shrunk += length - kept;
+  }
+}
+
+bool replace_selections(QuillBlock text, QuillBlock selections,
+                        std::string_view string, Offset longest) {
+  if (GetHandleSize(selections) < 4) return false;
+  const BlockLock list_lock(selections);
+  if (text == nullptr) return false;
+  BlockLock text_lock(text);
+  const std::span<std::int32_t> longs = list_lock.longs();
+  if (!is_canonical(longs, text_lock.size())) return false;
+  const OneString edits(longs, string);
+  if (!splice(text_lock, edits, longest)) return false;
+  if (edits.shrinks()) note_places(selections_of(longs), std::ssize(string));
+  return true;
+}
+
+}  // namespace
+
+bool insert_at_selections(QuillBlock* variable, QuillBlock selections,
+                          const Insertion& insertion, Handover handover,
+                          Offset longest) {
+  if (!is_byte_string(insertion.string, insertion.length)) return false;
+  if (insertion.length == 0) return delete_selections(*variable, selections);
+  const std::string_view string =
+      byte_string(insertion.string, insertion.length);
+  if (has_open_position(string, insertion.flags)) {
+    return overlay_string(variable, selections, string, insertion.flags,
+                          handover, longest);
+  }
+  return replace_selections(*variable, selections, string, longest);
+}
+
+}  // namespace quill
+
+std::int32_t InsertStr(QuillBlock* text, QuillBlock selections,
+                       const char* string, std::int32_t string_length,
+                       const unsigned char* position_flags) {
+  using namespace quill;
+  return insert_at_selections(text, selections,
+                              {string, string_length, position_flags},
+                              Handover::kNewBlock, kMaxLong)
+             ? 1
+             : 0;
+}

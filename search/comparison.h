@@ -1,0 +1,45 @@
+// Whether the characters of a text spell a pattern.
+//
+// A pattern is packed characters in mapped form: characters of the text are
+// mapped before they are compared, the pattern is not. An open position takes
+// any one character. Reading skips stray continuation bytes, so a match may be
+// longer than the pattern's own bytes.
+#pragma once
+
+#include "blocks/base.h"
+#include "utf8/characters.h"
+
+namespace quill {
+
+struct CharPattern {
+  const std::int32_t* elements;
+  std::int32_t count;
+  const unsigned char* flags;  // one byte an element, 1: fixed; null: all are
+
+  bool is_fixed(Offset index) const {
+    return flags == nullptr || flags[index] == 1;
+  }
+};
+
+struct Comparison {
+  Offset next;  // how far reading came; undefined for an empty pattern
+  bool equal;
+};
+
+// Compares the characters from `position` on, each of them passed through
+// `mask.map`.
+template <class AnyMask>
+Comparison compare_characters(const Byte* text, Offset position, Offset end,
+                              const CharPattern& pattern, AnyMask& mask) {
+  for (Offset i = 0; i < pattern.count; ++i) {
+    const Character read = read_next(text, position, end);
+    position = read.next;
+    if (!read.found) return {position, false};
+    if (pattern.is_fixed(i) && mask.map(read.packed) != pattern.elements[i]) {
+      return {position, false};
+    }
+  }
+  return {position, true};
+}
+
+}  // namespace quill

@@ -1,0 +1,83 @@
+// Searching UTF-8 text for a string of characters, under open positions, a
+// character mask and the word test.
+//
+// A searcher is built once per call of an export. It knows where the next match
+// lies and counts nothing; the loops that count offsets and ask the host stand
+// around it.
+#pragma once
+
+#include "blocks/base.h"
+#include "search/break_chars.h"
+#include "search/comparison.h"
+#include "search/string_filter.h"
+#include "utf8/mask.h"
+#include "utf8/mask_table.h"
+
+namespace quill {
+
+// What all searches for a string are given.
+struct StringQuery {
+  const Byte* text;
+  Offset start;
+  Offset end;
+  CharPattern pattern;
+  Mask mask;
+  WordTest word;
+
+  // Asked anew for every start that a repeated search begins at.
+  bool is_valid_from(Offset from) const {
+    return text != nullptr && from >= 0 && end >= from && end >= 1 &&
+           pattern.elements != nullptr && pattern.count >= 1;
+  }
+};
+
+struct Match {
+  Offset start;
+  Offset end;
+};
+
+class StringSearcher {
+ public:
+  explicit StringSearcher(const StringQuery& query);
+
+  // Whether a match begins exactly at `position`.
+  bool matches_at(Offset position, Match& match);
+
+  // The first match that begins at a character start in [from, limit), in a
+  // valid query. It may reach past `limit`, up to the end of the range.
+  // `from` is never lower than in the call before.
+  bool next_match(Offset from, Offset limit, Match& match);
+
+  // The last match that begins in [from, limit), continuation bytes included;
+  // `limit` is never higher than in the call before.
+  bool previous_match(Offset from, Offset limit, Match& match);
+
+  const StringQuery& query() const { return query_; }
+
+  // Whether the first element can only stand for itself: then its lead byte
+  // says where to look, and stops are answered at the next such byte.
+  bool has_first_byte() const { return has_first_byte_; }
+  Byte first_byte() const { return byte_of(query_.pattern.elements[0], 0); }
+
+ private:
+  bool is_word(const Match& match);
+  Offset next_candidate(Offset from, Offset limit);
+  Offset previous_candidate(Offset from, Offset limit);
+  void look_for_first();
+  bool filters_now();
+
+  const StringQuery query_;
+  MaskTable mask_;
+  IndexedBreaks breaks_;
+  bool has_first_byte_;
+
+  // Short searches look for what the first character can begin with. Once
+  // that has gone on for a while, preparing the filter pays.
+  bool has_first_ = false;
+  Anchor first_;
+  bool filters_ = false;
+  Offset patience_;
+  StringFilter filter_;
+};
+
+}  // namespace quill

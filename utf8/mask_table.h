@@ -1,0 +1,84 @@
+// A mask prepared once per call: one load for the characters that texts are
+// made of, and the answer of Mask::map for every character.
+//
+// ASCII goes through a table. Once enough other characters have been looked
+// up to pay for it, two-byte characters get a table too, and for longer ones a
+// filter tells those whose first two bytes begin no key. What neither knows is
+// bisected.
+//
+// The tables lie within the object (about 9 KB), so nothing is allocated and
+// nothing can be refused. They are filled from the keys alone: whatever is no
+// key maps to itself, in arrays of any order.
+#pragma once
+
+#include <array>
+
+#include "blocks/base.h"
+#include "utf8/mask.h"
+
+namespace quill {
+
+class MaskTable {
+ public:
+  // `byte_count`: about how much text will be mapped; a few characters are
+  // not worth a table.
+  MaskTable(const Mask& mask, Offset byte_count);
+
+  std::int32_t map(std::int32_t character) {
+    const auto bits = static_cast<std::uint32_t>(character);
+    if (bits < ascii_limit_) return ascii_[bits];
+    return map_longer(character);
+  }
+
+  const Mask& mask() const { return mask_; }
+
+  // What the 128 ASCII characters map to, or null when there is no table.
+  const std::int32_t* ascii() const {
+    return ascii_limit_ == 0 ? nullptr : ascii_.data();
+  }
+
+ private:
+  using Filter = std::array<std::uint64_t, 32>;
+
+  // The well-formed two-byte characters, as an index below 2048.
+  static bool is_two_byte(std::uint32_t bits) {
+    return (bits & 0xFFFFC0E0) == 0x80C0;
+  }
+  // Characters of three or four bytes with a well-formed second byte.
+  static bool is_filtered(std::uint32_t bits) {
+    return (bits & 0xC0E0) == 0x80E0;
+  }
+  // The lead byte's low five bits and the second byte's low six.
+  static std::uint32_t index_of(std::uint32_t bits) {
+    return (bits & 0x1F) << 6 | (bits >> 8 & 0x3F);
+  }
+
+  std::int32_t map_longer(std::int32_t character) {
+    if (!has_longer_) return map_by_bisection(character);
+    const auto bits = static_cast<std::uint32_t>(character);
+    const std::uint32_t index = index_of(bits);
+    if (is_two_byte(bits)) return two_bytes_[index];
+    if (is_filtered(bits) && (filter_[index >> 6] >> (index & 63) & 1) == 0) {
+      return character;
+    }
+    return mask_.map(character);
+  }
+
+  std::int32_t map_by_bisection(std::int32_t character);
+  void fill_ascii();
+  void fill_longer();
+  std::int32_t value_at(std::int32_t index) const;
+
+  Mask mask_;
+  std::uint32_t ascii_limit_ = 0;  // 128 once the ASCII table is filled
+  bool ascending_ = false;         // known only once a table is filled
+  bool has_longer_ = false;
+  std::int32_t patience_;  // bisections until the larger tables pay
+
+  // Undefined until filled.
+  std::array<std::int32_t, 128> ascii_;
+  std::array<std::int32_t, 2048> two_bytes_;
+  Filter filter_;
+};
+
+}  // namespace quill
