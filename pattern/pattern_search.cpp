@@ -198,16 +198,18 @@ bool PatternSearcher::find_last_prepared(Offset from, Offset to,
     first_bytes.add_all(prepared_.accepted_by(i).first_bytes());
   }
   YieldMeter meter = host_.meter();
-  Offset position = to - 1;
-  while (position >= from) {
+  PatternMatch match{to, false};
+  for (Offset position = to - 1; position >= from;) {
     const Offset lowest = std::max(from, position - meter.units_left() + 1);
     const Byte* const above = text_ + position + 1;
     const Byte* const hit =
         find_member_backward(text_ + lowest, above, first_bytes);
     const Offset tried = hit == above ? lowest : hit - text_;
-    const PatternMatch match =
-        hit == above ? PatternMatch{read_next(text_, tried, to).next, false}
-                     : prepared_.match(tried, to);
+    if (hit != above) {
+      match = prepared_.match(tried, to);
+    } else {
+      match.next = next_attempt(tried, position + 1, match.next, to);
+    }
     *found.end = to_long(match.next);
     if (match.matched) *found.start = *found.next = to_long(tried);
     meter.skip(position - tried);
@@ -217,6 +219,14 @@ bool PatternSearcher::find_last_prepared(Offset from, Offset to,
     position = tried - 1;
   }
   return false;
+}
+
+// Where a forward search would go on after an attempt at `position` failed,
+// when after one at `above` it would go on at `after`.
+Offset PatternSearcher::next_attempt(Offset position, Offset above,
+                                     Offset after, Offset to) const {
+  while (position < above && is_continuation(text_[position])) ++position;
+  return position < above ? read_next(text_, position, to).next : after;
 }
 
 }  // namespace quill

@@ -65,6 +65,8 @@ class PatternSearcher {
   bool find_prepared(Offset position, Offset to, MatchVariables found);
   bool find_last_by_the_book(Offset from, Offset to, MatchVariables found);
   bool find_last_prepared(Offset from, Offset to, MatchVariables found);
+  Offset next_attempt(Offset position, Offset above, Offset after,
+                      Offset to) const;
 
   // Puts the window where it holds `position`. False where it can't.
   bool open_window(Offset position, Offset to);
