@@ -6,6 +6,8 @@
 // one search after the other.
 #pragma once
 
+#include <array>
+
 #include "search/anchor_plan.h"
 
 namespace quill {
@@ -40,7 +42,9 @@ class StringFilter {
   bool is_ascii(Offset from, Offset limit) const;
   bool is_in_order(Offset from, Offset limit) const;
 
-  Offset next_anchored(Offset from, Offset limit) const;
+  Offset next_anchored(Offset from, Offset limit);
+  Offset next_marked(Offset from, Offset limit) const;
+  void mark_from(Offset from, Offset last);
   Offset next_by_pivot(Offset from, Offset limit) const;
   Offset previous_anchored(Offset from, Offset limit) const;
   Offset previous_by_pivot(Offset from, Offset limit) const;
@@ -54,6 +58,15 @@ class StringFilter {
   bool uses_order_ = false;  // whether proving order pays
   Offset stride_ = kShortest;
   Segment segment_;
+
+  // Candidates that come thick are marked many at a time.
+  struct Marks {
+    Offset start = 0;
+    Offset end = 0;
+    std::array<std::uint64_t, 16> words;
+  };
+  Marks marks_;
+  int thick_ = 0;  // candidates that came soon after the one before
 
   static constexpr Offset kShortest = 256;
   static constexpr Offset kLongest = 8192;
