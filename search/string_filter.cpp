@@ -104,13 +104,14 @@ bool StringFilter::open_in_order(Offset from) {
   const Offset reached = walk.next - text_;
   const Offset limit = reached == end_ ? end_ : reached - order_reach();
   if (limit < end_ && limit - from < kShortest / 2) return false;
-  segment_ = {start, limit, &in_order_};
+  segment_ = {from, limit, &in_order_};
   return true;
 }
 
 // Text that isn't ASCII is taken in longer and longer segments, so that a
 // stray letter does not cost much, nor a text full of them.
 void StringFilter::open(Offset from) {
+  marks_.end = 0;
   if (open_ascii(from)) {
     stride_ = kShortest;
     return;
@@ -122,7 +123,7 @@ void StringFilter::open(Offset from) {
 
 Offset StringFilter::next(Offset from, Offset limit) {
   while (from < limit) {
-    if (from >= segment_.end) open(from);
+    if (from < segment_.start || from >= segment_.end) open(from);
     const Offset stop = std::min(limit, segment_.end);
     const Offset found = segment_.plan->pivot == 0 ? next_anchored(from, stop)
                                                    : next_by_pivot(from, stop);

@@ -20,11 +20,10 @@ class StringFilter {
 
   // The first offset in [from, limit) where a match may begin, else `limit`.
   // Every match is at such an offset; not all of them begin a character.
-  // Called with `from` never lower than before.
   Offset next(Offset from, Offset limit);
 
-  // The last such offset in [from, limit), else a negative one. Called with
-  // `limit` never higher than before.
+  // The last such offset in [from, limit), else a negative one. Not to be
+  // mixed with next(), and called with `limit` never higher than before.
   Offset previous(Offset from, Offset limit);
 
  private:

@@ -47,7 +47,6 @@ class StringSearcher {
 
   // The first match that begins at a character start in [from, limit), in a
   // valid query. It may reach past `limit`, up to the end of the range.
-  // `from` is never lower than in the call before.
   bool next_match(Offset from, Offset limit, Match& match);
 
   // The last match that begins in [from, limit), continuation bytes included;
