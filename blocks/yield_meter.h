@@ -46,6 +46,13 @@ class YieldMeter {
                              : std::numeric_limits<Offset>::max();
   }
 
+  // Where one unit is one offset: the end of the stretch from `position` on in
+  // which only the last unit can ask, at most `end`.
+  Offset stretch_end(Offset position, Offset end) const {
+    const Offset left = units_left();
+    return left < end - position ? position + left : end;
+  }
+
   // Counts `units`, fewer than units_left().
   void skip(Offset units) {
     assert(units >= 0 && units < units_left());

@@ -1,0 +1,145 @@
+// FindStr, FindByte and FindStrAll.
+//
+// Every offset passed counts as one unit. From one question to the host to the
+// next the units are known beforehand, so each stretch between two questions
+// is searched at once and its units are counted together.
+#include <algorithm>
+
+#include "blocks/byte_scan.h"
+#include "blocks/long_list.h"
+#include "blocks/yield_meter.h"
+#include "quillcore.h"
+#include "search/byte_searcher.h"
+
+namespace quill {
+namespace {
+
+bool are_searchable(const char* text, std::int32_t start, std::int32_t end,
+                    const char* pattern, std::int32_t pattern_length) {
+  return text != nullptr && start >= 0 && start <= end && end >= 1 &&
+         pattern != nullptr && pattern_length >= 1 &&
+         pattern_length <= end - start;
+}
+
+struct TextRange {
+  const Byte* text;
+  Offset start;
+  Offset end;
+};
+
+// Goes from `position` to the next match; counts every position without one.
+// `position` is then that of the match, or where the scan ended. The host
+// hears the position just examined, and a stop takes effect at once.
+bool find_match(const TextRange& range, Offset& position,
+                ByteSearcher& searcher, YieldMeter& meter) {
+  const Byte* const text = range.text;
+  while (position < range.end && meter.go_on()) {
+    const Offset stretch = meter.stretch_end(position, range.end);
+    const Offset found =
+        searcher.find(text + position, text + stretch, text + range.end) - text;
+    if (found < stretch) {
+      meter.skip(found - position);
+      position = found;
+      return true;
+    }
+    meter.skip(stretch - position - 1);
+    meter.tick(stretch - 1);
+    position = stretch;
+  }
+  return false;
+}
+
+// Returns where the scan stopped: `end` when the whole range was scanned. A
+// match that the list has no room for is not passed.
+Offset list_matches(const TextRange& range, ByteSearcher& searcher,
+                    YieldMeter& meter, LongList& list) {
+  Offset position = range.start;
+  while (find_match(range, position, searcher, meter)) {
+    const Offset match_end = position + searcher.length();
+    meter.tick(match_end);
+    if (!list.append(position, match_end)) break;
+    position = match_end;
+  }
+  return position;
+}
+
+// The host hears the position about to be examined, and after a stop that
+// position is still looked at.
+Offset scan_for_byte(const TextRange& range, Byte wanted, YieldMeter& meter) {
+  const Byte* const text = range.text;
+  Offset position = range.start;
+  while (position < range.end) {
+    const Offset stretch = meter.stretch_end(position, range.end);
+    const Offset found =
+        find_byte(text + position, text + stretch, wanted) - text;
+    if (found < stretch) return found;
+    meter.skip(stretch - position - 1);
+    meter.tick(stretch);
+    position = stretch;
+    if (!meter.go_on()) {
+      return position < range.end && text[position] == wanted ? position : -1;
+    }
+  }
+  return -1;
+}
+
+}  // namespace
+}  // namespace quill
+
+using namespace quill;
+
+std::int32_t FindStr(const char* text, std::int32_t start, std::int32_t end,
+                     const char* pattern, std::int32_t pattern_length,
+                     std::int32_t /*reserved1*/, std::int32_t /*reserved2*/,
+                     std::int32_t /*reserved3*/, std::int32_t /*reserved4*/,
+                     std::int32_t* found_start, std::int32_t* found_end,
+                     std::int32_t reference, QuillYield yield) {
+  if (!are_searchable(text, start, end, pattern, pattern_length)) return 0;
+  *found_start = 0;
+  *found_end = end;
+  ByteSearcher searcher(as_bytes(pattern), pattern_length);
+  YieldMeter meter(reference, yield);
+  Offset position = start;
+  if (!find_match({as_bytes(text), start, end}, position, searcher, meter)) {
+    *found_end = to_long(position);
+    return 0;
+  }
+  *found_start = to_long(position);
+  *found_end = to_long(position + pattern_length);
+  return 1;
+}
+
+std::int32_t FindStrAll(const char* text, std::int32_t start, std::int32_t end,
+                        const char* pattern, std::int32_t pattern_length,
+                        std::int32_t /*reserved1*/, std::int32_t /*reserved2*/,
+                        std::int32_t /*reserved3*/, std::int32_t /*reserved4*/,
+                        QuillBlock* list, std::int32_t* long_count,
+                        std::int32_t* stop, std::int32_t reference,
+                        QuillYield yield) {
+  if (!are_searchable(text, start, end, pattern, pattern_length)) return 0;
+  LongList matches;
+  if (matches.start()) {
+    ByteSearcher searcher(as_bytes(pattern), pattern_length);
+    YieldMeter meter(reference, yield);
+    const Offset stopped =
+        list_matches({as_bytes(text), start, end}, searcher, meter, matches);
+    const Offset count = matches.long_count();
+    if (QuillBlock block = matches.hand_over(); block != nullptr) {
+      *list = block;
+      *long_count = to_long(count);
+      *stop = to_long(stopped);
+      return 1;
+    }
+  }
+  *list = nullptr;
+  *long_count = 0;
+  *stop = end;
+  return 0;
+}
+
+std::int32_t FindByte(char* text, std::int32_t start, std::int32_t end,
+                      char byte, std::int32_t reference, QuillYield yield) {
+  YieldMeter meter(reference, yield);
+  return to_long(scan_for_byte({as_bytes(text), start, end},
+                               static_cast<Byte>(byte), meter));
+}

@@ -1,0 +1,160 @@
+#include "search/byte_searcher.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "search/byte_rank.h"
+
+namespace quill {
+namespace {
+
+// Ranges shorter than this are searched without any preparation.
+constexpr Offset kPlainRange = 16;
+
+// Texts longer than this tell by a sample which bytes are rare in them.
+constexpr Offset kSampledText = 1024 * 1024;
+constexpr Offset kSampleStretches = 16;
+constexpr Offset kSampleStretch = 64;
+
+// Anchors are sought among the needle's first bytes only; in a short text
+// among fewer.
+Offset ranked_bytes(Offset needle_length, Offset text_length) {
+  return std::min({needle_length, 16 + text_length / 64, Offset{256}});
+}
+
+std::uint64_t word_at(const Byte* bytes) {
+  std::uint64_t word;
+  std::memcpy(&word, bytes, sizeof word);
+  return word;
+}
+
+// Bytes that two strings have in common from their start, rounded down to a
+// whole word where they differ behind the first word.
+Offset common_prefix(const Byte* left, const Byte* right, Offset length) {
+  Offset common = 0;
+  if (length >= 8) {
+    for (; common + 8 <= length; common += 8) {
+      if (word_at(left + common) != word_at(right + common)) return common;
+    }
+    const Offset last = length - 8;
+    return word_at(left + last) == word_at(right + last) ? length : last;
+  }
+  while (common < length && left[common] == right[common]) ++common;
+  return common;
+}
+
+// Weighs bytes by how often they stand in a sample of the text and, where that
+// does not tell them apart, by how common they are in general.
+class Rarity {
+ public:
+  Rarity(const Byte* first, const Byte* end) {
+    const Offset length = end - first;
+    if (length < kSampledText) return;
+    sampled_ = true;
+    std::fill(std::begin(seen_), std::end(seen_), std::uint16_t{0});
+    const Offset step = (length - kSampleStretch) / (kSampleStretches - 1);
+    for (Offset stretch = 0; stretch < kSampleStretches; ++stretch) {
+      const Byte* const sample = first + stretch * step;
+      for (Offset i = 0; i < kSampleStretch; ++i) ++seen_[sample[i]];
+    }
+  }
+
+  int of(Byte byte) const {
+    return (sampled_ ? seen_[byte] * 256 : 0) + kByteRank[byte];
+  }
+
+ private:
+  bool sampled_ = false;
+  std::uint16_t seen_[256];
+};
+
+}  // namespace
+
+// The two rarest bytes; among equally rare ones those that stand far apart,
+// since a run of one byte is told from a longer one by its ends.
+void ByteSearcher::choose_anchors(const Byte* first, const Byte* end) {
+  Offset rarest = 0;
+  Offset second = length_ - 1;
+  if (length_ > 2) {
+    const Rarity rarity(first, end);
+    const Offset ranked = ranked_bytes(length_, end - first);
+    int least = rarity.of(needle_[0]);
+    int next = rarity.of(needle_[second]);
+    if (next < least) {
+      std::swap(rarest, second);
+      std::swap(least, next);
+    }
+    for (Offset i = 1; i < ranked; ++i) {
+      const int rank = rarity.of(needle_[i]);
+      if (i == rarest || i == second || rank >= next) continue;
+      second = i;
+      next = rank;
+      if (next < least) {
+        std::swap(rarest, second);
+        std::swap(least, next);
+      }
+    }
+  }
+  anchors_[0] = Anchor(needle_[rarest], rarest);
+  anchors_[1] = Anchor(needle_[second], second);
+  candidates_.emplace(std::span<const Anchor>(anchors_, length_ == 1 ? 1 : 2));
+}
+
+bool ByteSearcher::occurs_at(const Byte* position) {
+  const Offset common = common_prefix(needle_, position, length_);
+  if (common == length_) return true;
+  work_ += common + 16;
+  return false;
+}
+
+const Byte* ByteSearcher::find_whole(const Byte* first, const Byte* last,
+                                     const Byte* end) {
+  if (first < linear_until_) return find_linearly(first, last);
+  if (work_start_ == nullptr) work_start_ = first;
+  if (!candidates_.has_value()) {
+    if (last - first < kPlainRange) return find_plainly(first, last);
+    choose_anchors(first, end);
+  }
+  return find_filtered(first, last);
+}
+
+const Byte* ByteSearcher::find_plainly(const Byte* first, const Byte* last) {
+  const Byte lead = needle_[0];
+  for (const Byte* position = first; position < last; ++position) {
+    if (*position != lead) continue;
+    if (occurs_at(position)) return position;
+    if (has_outworked(position + 1)) return find_linearly(position + 1, last);
+  }
+  return last;
+}
+
+const Byte* ByteSearcher::find_filtered(const Byte* first, const Byte* last) {
+  for (;;) {
+    const Byte* const position = candidates_->next(first, last);
+    if (position == last || occurs_at(position)) return position;
+    first = position + 1;
+    if (has_outworked(first)) return find_linearly(first, last);
+  }
+}
+
+// Whether the comparisons before `first` cost more than the way so far may.
+// Then a stretch of linear search begins, long for a long needle, since each
+// change of method may compare one needle's length anew.
+bool ByteSearcher::has_outworked(const Byte* first) {
+  if (work_ <= kFreeWork + 4 * (first - work_start_)) return false;
+  linear_until_ = first + std::max<Offset>(64 * 1024, 2 * length_);
+  if (!linear_.has_value()) linear_.emplace(needle_, length_);
+  work_ = 0;
+  work_start_ = linear_until_;
+  return true;
+}
+
+const Byte* ByteSearcher::find_linearly(const Byte* first, const Byte* last) {
+  const Byte* const found = linear_->find(first, std::min(last, linear_until_));
+  if (found < linear_until_ || found == last) return found;
+  return candidates_.has_value() ? find_filtered(linear_until_, last)
+                                 : find_plainly(linear_until_, last);
+}
+
+}  // namespace quill

@@ -1,0 +1,64 @@
+// Searches one byte string, the needle, in a text: made once per call of an
+// export, then asked for occurrence after occurrence.
+//
+// Candidates are the positions where the needle's two rarest bytes stand. They
+// are compared in full until the comparisons outgrow the distance covered;
+// then a search that is linear whatever comes takes over for a while. Nothing
+// is prepared before a range is long enough to pay for it.
+#pragma once
+
+#include <algorithm>
+#include <optional>
+
+#include "blocks/base.h"
+#include "blocks/byte_scan.h"
+#include "search/candidate_scan.h"
+#include "search/two_way.h"
+
+namespace quill {
+
+class ByteSearcher {
+ public:
+  // The needle, of at least 1 byte, outlives the searcher.
+  ByteSearcher(const Byte* needle, Offset length)
+      : needle_(needle), length_(length) {}
+  ByteSearcher(const ByteSearcher&) = delete;
+  ByteSearcher& operator=(const ByteSearcher&) = delete;
+
+  Offset length() const { return length_; }
+
+  // The first occurrence that starts in [first, limit) and lies before `end`,
+  // or `limit`. Asked with `first` ascending. The bytes from `first` up to the
+  // end of the last range asked for must not change between two calls, those
+  // behind `first` may.
+  const Byte* find(const Byte* first, const Byte* limit, const Byte* end) {
+    if (end - first < length_) return limit;
+    const Byte* const last = std::min(limit, end - length_ + 1);
+    const Byte* const found = find_whole(first, last, end);
+    return found == last ? limit : found;
+  }
+
+ private:
+  const Byte* find_whole(const Byte* first, const Byte* last, const Byte* end);
+  const Byte* find_plainly(const Byte* first, const Byte* last);
+  const Byte* find_filtered(const Byte* first, const Byte* last);
+  const Byte* find_linearly(const Byte* first, const Byte* last);
+  bool occurs_at(const Byte* position);
+  bool has_outworked(const Byte* first);
+  void choose_anchors(const Byte* first, const Byte* end);
+
+  const Byte* needle_;
+  Offset length_;
+
+  // Work allowed before the linear search takes over, in bytes compared.
+  static constexpr Offset kFreeWork = 8192;
+  Offset work_ = 0;
+  const Byte* work_start_ = nullptr;
+  const Byte* linear_until_ = nullptr;
+
+  Anchor anchors_[2];
+  std::optional<CandidateScan> candidates_;
+  std::optional<TwoWay> linear_;
+};
+
+}  // namespace quill

@@ -1,0 +1,103 @@
+#include "search/two_way.h"
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+
+namespace quill {
+namespace {
+
+struct Suffix {
+  Offset start;
+  Offset period;
+};
+
+// The greatest suffix of the needle in the order that `precedes` gives to
+// bytes, and its period. Three indices walk the needle: the suffix found so
+// far, a challenger, and how far the two agree.
+template <class Order>
+Suffix greatest_suffix(const Byte* needle, Offset length, Order precedes) {
+  Suffix best{0, 1};
+  Offset challenger = 1;
+  Offset agreed = 0;
+  while (challenger + agreed < length) {
+    const Byte ours = needle[best.start + agreed];
+    const Byte theirs = needle[challenger + agreed];
+    if (precedes(theirs, ours)) {
+      challenger += agreed + 1;
+      agreed = 0;
+      best.period = challenger - best.start;
+    } else if (theirs != ours) {
+      best = {challenger, 1};
+      ++challenger;
+      agreed = 0;
+    } else if (agreed + 1 == best.period) {
+      challenger += best.period;
+      agreed = 0;
+    } else {
+      ++agreed;
+    }
+  }
+  return best;
+}
+
+}  // namespace
+
+TwoWay::TwoWay(const Byte* needle, Offset length)
+    : needle_(needle), length_(length) {
+  const Suffix low = greatest_suffix(needle, length, std::less<Byte>());
+  const Suffix high = greatest_suffix(needle, length, std::greater<Byte>());
+  const Suffix critical = low.start > high.start ? low : high;
+  cut_ = critical.start;
+  repeats_ = cut_ + critical.period <= length &&
+             std::memcmp(needle, needle + critical.period,
+                         static_cast<std::size_t>(cut_)) == 0;
+  period_ = repeats_ ? critical.period : std::max(cut_, length - cut_) + 1;
+  std::fill(std::begin(from_end_), std::end(from_end_), to_long(length));
+  for (Offset i = 0; i < length; ++i) {
+    from_end_[needle[i]] = to_long(length - 1 - i);
+  }
+}
+
+bool TwoWay::fits_right(const Byte* window, Offset& index) const {
+  index = std::max(cut_, remembered_);
+  while (index < length_ && needle_[index] == window[index]) ++index;
+  return index == length_;
+}
+
+bool TwoWay::fits_left(const Byte* window) const {
+  Offset index = cut_;
+  while (index > remembered_ && needle_[index - 1] == window[index - 1]) {
+    --index;
+  }
+  return index <= remembered_;
+}
+
+const Byte* TwoWay::find(const Byte* first, const Byte* limit) {
+  if (window_ == nullptr || window_ < first) {
+    window_ = first;
+    remembered_ = 0;
+  }
+  while (window_ < limit) {
+    if (remembered_ == 0) {
+      const Offset behind = from_end_[window_[length_ - 1]];
+      if (behind > 0) {
+        window_ += behind;
+        continue;
+      }
+    }
+    Offset index = 0;
+    if (!fits_right(window_, index)) {
+      window_ += index - cut_ + 1;
+      remembered_ = 0;
+      continue;
+    }
+    const bool found = fits_left(window_);
+    if (found) return window_;
+    window_ += period_;
+    remembered_ = repeats_ ? length_ - period_ : 0;
+  }
+  return limit;
+}
+
+}  // namespace quill
