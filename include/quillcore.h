@@ -163,19 +163,37 @@ typedef char** QuillBlock;
 /// @return whether to go on; only a byte that equals 1 says so
 typedef bool (*QuillYield)(int32_t reference, int32_t progress);
 
+/// One part of a range pattern: a run of characters that are all in a set, or
+/// all outside it.
+///
+/// The record and its set belong to the host and are only read.
 typedef struct QuillRangePart {
+  /// The set: packed characters in ascending signed order, every member
+  /// listed. Equal ones do no harm; in a set out of order members are missed.
   const int32_t* characters;
+  /// Members of the set; 0 or less makes it empty.
   int32_t character_count;
+  /// Fewest characters in the run.
   int32_t minimum;
+  /// Most characters in the run; 0 for as many as there are. Below 0 the part
+  /// matches nowhere.
   int32_t maximum;
+  /// Any byte but 0: the run is of characters in the set; 0: of others.
   unsigned char include;
 } QuillRangePart;
 
+/// One entry of a replace table: a selection and what is to become of it.
+///
+/// A replace table is an array of pointers to entries, in ascending order of
+/// their selections, which don't overlap. iArrayToReplaceTable makes one,
+/// WordTable_FillReplaceTable fills it in, InsertMultiple applies it.
 typedef struct QuillReplaceEntry {
-  int32_t start;
-  int32_t end;
-  const char* replacement;
+  int32_t start;            ///< of the selection, a byte offset
+  int32_t end;              ///< just past it
+  const char* replacement;  ///< bytes, not owned; not read for kind 0
   int32_t replacement_length;
+  /// 0: the selection stays; else it is replaced, and the replacement is
+  /// 1: shorter than the selection, 2: as long, 3: longer.
   int32_t kind;
 } QuillReplaceEntry;
 
@@ -629,18 +647,97 @@ QUILL_EXPORT int32_t utf8_ComputeSpaceBreaks(
 // Range patterns
 // ---------------------------------------------------------------------------
 
+/// @name Range patterns
+///
+/// A range pattern is an array of pointers to parts (QuillRangePart) and their
+/// number. The parts match one after the other, each where the one before
+/// ended. Matching is greedy and never gives back: letters, 1 or more, then one
+/// `a`, never matches `aba`, since the letters take all of it.
+/// @{
+
+/// Matches one part at one position.
+///
+/// A character that can't be read (one that `end` cuts off, or nothing but
+/// continuation bytes up to `end`) makes a part that comes to it fail, even
+/// when it had matched enough. Costs one bisection of the set for each
+/// character; allocates nothing and never yields.
+///
+/// @param part      the part
+/// @param text      address of offset 0; null reads as no character
+/// @param position  byte offset at which the run starts
+/// @param end       byte offset that bounds the reading
+/// @param next      set to the offset just past the last character of the run,
+///                  `position` when there is none; also when the run is too
+///                  short, but not when a character can't be read
+/// @return 1 when the run is as long as the part asks for, else 0
 QUILL_EXPORT int32_t utf8_CompareRangePart(const QuillRangePart* part,
                                            const char* text, int32_t position,
                                            int32_t end, int32_t* next);
 
+/// Matches a whole pattern at one position.
+///
+/// No parts at all match everywhere, without a character. Costs and fails as
+/// utf8_CompareRangePart does.
+///
+/// @param text        address of offset 0; null reads as no character
+/// @param position    byte offset at which the match must start
+/// @param end         byte offset that bounds the reading
+/// @param parts       the pattern's parts
+/// @param part_count  number of parts; 0 or less for none
+/// @param next        set to the offset just past the match; without one to
+///                    where a search goes on: just past the first character at
+///                    or after `position`, or `end` when there is none
+/// @return 1 when every part matched, else 0
 QUILL_EXPORT int32_t utf8_CompareRangePattern(
     const char* text, int32_t position, int32_t end,
     const QuillRangePart* const* parts, int32_t part_count, int32_t* next);
+
+/// @}
 
 // ---------------------------------------------------------------------------
 // Searching range patterns
 // ---------------------------------------------------------------------------
 
+/// @name Searching range patterns
+///
+/// Matches start in `[from, to)` and end by `to`. A search attempts one offset,
+/// then the one just past the first character at or after it; a match is said
+/// to start at the offset attempted, which may lie on stray continuation bytes
+/// before its first character. When the first part asks for at least one of a
+/// single character, and its include flag is exactly 1, the first attempt is
+/// made at the first byte equal to that character's lead byte, found by a scan
+/// of bytes; in malformed text that byte may lie inside a longer character.
+///
+/// The searches for all matches go on at each match's end. A match may be empty
+/// when every part can be; it is reported once, also at the end of the match
+/// before, and the search goes on just past the first character at or after it.
+///
+/// A single search is refused when `text` is null, `from` is below 0 or above
+/// `to`, `to` is below 1, or there are no parts. The searches for all matches
+/// refuse nothing: they then find nothing and stop at `to`.
+/// @{
+
+/// Finds the first match.
+///
+/// Each attempt is a unit of work, and the host is told of the offset to be
+/// attempted next. Before that the scan of bytes, if there is one, yields as
+/// FindByte does. Allocates nothing.
+///
+/// @param text        address of offset 0
+/// @param from        byte offset of the first attempt
+/// @param to          byte offset that bounds attempts and matches
+/// @param parts       the pattern's parts
+/// @param part_count  number of parts, at least 1
+/// @param start       set to the start of the match; not written without one
+/// @param end         set to the end of the match; without one it is left with
+///                    no meaningful value, and unwritten when refused
+/// @param next        set to `to` first, even when refused, and to the end of
+///                    a match
+/// @param reference   handed to `yield` unchanged
+/// @param yield       asked after every YieldMax attempts; the search ends
+///                    unless it answers 1, but a match of the same attempt
+///                    stands
+/// @return 1 when there is a match, else 0
 QUILL_EXPORT int32_t utf8_FindPattern(const char* text, int32_t from,
                                       int32_t to,
                                       const QuillRangePart* const* parts,
@@ -648,6 +745,27 @@ QUILL_EXPORT int32_t utf8_FindPattern(const char* text, int32_t from,
                                       int32_t* end, int32_t* next,
                                       int32_t reference, QuillYield yield);
 
+/// Finds the match that starts at the highest offset.
+///
+/// Attempts every byte offset from `to - 1` down to `from`; the match may end
+/// anywhere up to `to`. Each attempt is a unit of work, and the host is told of
+/// the offset below. Allocates nothing.
+///
+/// @param text        address of offset 0
+/// @param from        lowest byte offset attempted
+/// @param to          byte offset that bounds attempts and matches
+/// @param parts       the pattern's parts
+/// @param part_count  number of parts, at least 1
+/// @param start       set to the start of the match; not written without one
+/// @param end         set to the end of the match; without one it is left with
+///                    no meaningful value, and unwritten when refused
+/// @param next        set to `from` first, even when refused, and to the start
+///                    of a match: the `to` of a search for the one before
+/// @param reference   handed to `yield` unchanged
+/// @param yield       asked after every YieldMax attempts; the search ends
+///                    unless it answers 1, but a match of the same attempt
+///                    stands
+/// @return 1 when there is a match, else 0
 QUILL_EXPORT int32_t utf8_FindPatternPrev(const char* text, int32_t from,
                                           int32_t to,
                                           const QuillRangePart* const* parts,
@@ -655,6 +773,26 @@ QUILL_EXPORT int32_t utf8_FindPatternPrev(const char* text, int32_t from,
                                           int32_t* end, int32_t* next,
                                           int32_t reference, QuillYield yield);
 
+/// Counts the matches.
+///
+/// Each match found is a unit of work, and so is the last search that finds
+/// none; the host is told where the next search begins. Inside each search it
+/// is asked as utf8_FindPattern asks it, with a count of its own; a stop there
+/// ends that search, and with it the count, as if nothing more were found.
+/// Allocates nothing.
+///
+/// @param text        address of offset 0
+/// @param from        byte offset at which the first search begins
+/// @param to          byte offset that bounds attempts and matches
+/// @param parts       the pattern's parts
+/// @param part_count  number of parts
+/// @param number      set to the number of matches
+/// @param stop        set to `to`; to `from` when that is not below `to`; or to
+///                    where the next search would have begun when the host
+///                    stopped the operation between two searches
+/// @param reference   handed to `yield` unchanged
+/// @param yield       asked as said above
+/// @return always 1
 QUILL_EXPORT int32_t utf8_CountPatternAll(const char* text, int32_t from,
                                           int32_t to,
                                           const QuillRangePart* const* parts,
@@ -662,6 +800,26 @@ QUILL_EXPORT int32_t utf8_CountPatternAll(const char* text, int32_t from,
                                           int32_t* stop, int32_t reference,
                                           QuillYield yield);
 
+/// Lists the matches.
+///
+/// Works and yields as utf8_CountPatternAll does. The list grows in steps of
+/// 4,000,000 bytes and is trimmed at the end. When it can't grow, the operation
+/// ends at once: the list keeps the matches stored before, the one that did not
+/// fit is dropped, and `stop` is where the search would have gone on after it.
+///
+/// @param text        address of offset 0
+/// @param from        byte offset at which the first search begins
+/// @param to          byte offset that bounds attempts and matches
+/// @param parts       the pattern's parts
+/// @param part_count  number of parts
+/// @param list        set to a new canonical selection list, the host's; null
+///                    when there is no match
+/// @param long_count  set to the number of longs in the list, 2 for each match
+/// @param stop        set as by utf8_CountPatternAll
+/// @param reference   handed to `yield` unchanged
+/// @param yield       asked as by utf8_CountPatternAll
+/// @return 0 when the list could not be made: `list` is then null, `long_count`
+///         0 and `stop` is `to`. Else 1
 QUILL_EXPORT int32_t utf8_FindPatternAll(const char* text, int32_t from,
                                          int32_t to,
                                          const QuillRangePart* const* parts,
@@ -669,6 +827,29 @@ QUILL_EXPORT int32_t utf8_FindPatternAll(const char* text, int32_t from,
                                          int32_t* long_count, int32_t* stop,
                                          int32_t reference, QuillYield yield);
 
+/// Lists the matches of an outer pattern that contain a match of a key pattern,
+/// with the first such match.
+///
+/// Searches for the outer pattern as utf8_FindPatternAll does, and inside each
+/// of its matches for the key, as utf8_FindPattern does between the start and
+/// the end of the outer match. A search for a key yields with a count of its
+/// own; a stop there only means that no key is found.
+///
+/// @param text              address of offset 0
+/// @param from              byte offset at which the first search begins
+/// @param to                byte offset that bounds attempts and matches
+/// @param outer_parts       the parts of the outer pattern
+/// @param outer_part_count  number of them
+/// @param key_parts         the parts of the key pattern
+/// @param key_part_count    number of them
+/// @param list              set to a new key selection list, the host's; null
+///                          when there is no record
+/// @param long_count        set to the number of longs in the list, 4 for each
+///                          record
+/// @param stop              set as by utf8_CountPatternAll
+/// @param reference         handed to `yield` unchanged
+/// @param yield             asked by every search, and between the outer ones
+/// @return as utf8_FindPatternAll
 QUILL_EXPORT int32_t utf8_FindKeyPatternAll(
     const char* text, int32_t from, int32_t to,
     const QuillRangePart* const* outer_parts, int32_t outer_part_count,
@@ -676,18 +857,66 @@ QUILL_EXPORT int32_t utf8_FindKeyPatternAll(
     QuillBlock* list, int32_t* long_count, int32_t* stop, int32_t reference,
     QuillYield yield);
 
+/// Runs utf8_FindPatternAll over the contents of a Block, and disposes of the
+/// list: what the host learns is how far the search came.
+///
+/// Nothing is searched and `stop` is not written when there is no Block, when
+/// `from` or `to` is below 0, when `from` is not below `to`, when `to` lies
+/// beyond the contents, when `part_count` is 0, or when the Block is empty.
+///
+/// @param text        the host's variable that holds the text; the Block is
+///                    locked for the search and comes back unlocked
+/// @param from        byte offset at which the first search begins
+/// @param to          byte offset that bounds attempts and matches
+/// @param parts       the pattern's parts
+/// @param part_count  number of parts
+/// @param stop        set as by utf8_FindPatternAll
+/// @param reference   handed to `yield` unchanged
+/// @param yield       asked as by utf8_FindPatternAll
+/// @return 0 when the list of the search could not be made, else 1, also when
+///         nothing was searched
 QUILL_EXPORT int32_t utf8_SortPattern(QuillBlock* text, int32_t from,
                                       int32_t to,
                                       const QuillRangePart* const* parts,
                                       int32_t part_count, int32_t* stop,
                                       int32_t reference, QuillYield yield);
 
+/// @}
+
 // ---------------------------------------------------------------------------
 // Deleting and wrapping selections
 // ---------------------------------------------------------------------------
 
+/// Removes the bytes of every selection.
+///
+/// The Block stays the same and shrinks. Every byte that is kept moves once,
+/// and nothing is allocated. Text and list come back unlocked, unless there was
+/// nothing to do.
+///
+/// @param text       the variable that holds the text; null in it is an empty
+///                   text
+/// @param selections a canonical list, only read; null is an empty one
+/// @return 1, also for an empty text or an empty list, with nothing touched; 0
+///         for a list that is not canonical in a text of one byte or more, with
+///         nothing changed
 QUILL_EXPORT int32_t DelSel(QuillBlock* text, QuillBlock selections);
 
+/// Puts one string before and another behind every selection.
+///
+/// The selected bytes stay. An empty selection gets both strings at its place,
+/// leading first. The Block stays the same and grows once, before anything is
+/// moved; every byte moves at most once. Text and list come back unlocked.
+///
+/// @param text            the variable that holds the text
+/// @param selections      a canonical list, only read
+/// @param leading         bytes put before each selection
+/// @param leading_length  their number; with 0 `leading` may be null
+/// @param trailing        bytes put behind each selection
+/// @param trailing_length their number; with 0 `trailing` may be null
+/// @return 1 when the text was edited; 0, with nothing changed, for a list of
+///         fewer than two longs, without a Block in the variable, for a list
+///         that is not canonical, a negative length, a string missing, or when
+///         the result would be too long or memory is short
 QUILL_EXPORT int32_t InsertDualStr(QuillBlock* text, QuillBlock selections,
                                    const char* leading, int32_t leading_length,
                                    const char* trailing,
@@ -697,10 +926,64 @@ QUILL_EXPORT int32_t InsertDualStr(QuillBlock* text, QuillBlock selections,
 // Inserting at selections
 // ---------------------------------------------------------------------------
 
+/// Puts a string in place of every selection.
+///
+/// One of three things happens:
+/// - Without a string (length 0) the selections are deleted, as by DelSel.
+/// - With a flag of 0 among those of the string's characters the string is
+///   decoded and laid over each selection, as by InsertMaskedStr; the variable
+///   then holds another Block.
+/// - Otherwise every selection gives way to the string's bytes, and an empty
+/// one
+///   is an insertion point. The Block stays the same, every byte moves at most
+///   once, and memory is only needed to grow the Block.
+///
+/// Replacing in place changes the list: every pair becomes the place of its
+/// selection in the text as it would be if only selections longer than the
+/// string had been replaced. Where no selection is shorter than the string,
+/// that is where the string lies in the result. Deleting and overlaying leave
+/// the list alone. Text and list come back unlocked.
+///
+/// @param text           the variable that holds the text
+/// @param selections     a canonical list
+/// @param string         the bytes put in
+/// @param string_length  their number
+/// @param position_flags a byte for each character of the string, or null;
+///                       characters are counted as utf8_CountCharacters counts
+///                       them
+/// @return 1 when the text was edited, and what DelSel or InsertMaskedStr would
+///         return; 0, with text and list unchanged, for an empty list that is
+///         not deleted or overlaid, a list that is not canonical, no Block in
+///         the variable, a negative length, a string missing, or when the
+///         result would be too long or memory is short
 QUILL_EXPORT int32_t InsertStr(QuillBlock* text, QuillBlock selections,
                                const char* string, int32_t string_length,
                                const unsigned char* position_flags);
 
+/// Lays a template of characters over every selection.
+///
+/// A position whose flag is 1 gets the template's character. Any other keeps
+/// the character that the selected text has there, and gets the template's
+/// where the selection has no more. So every selection becomes exactly as many
+/// characters as the template has; what is beyond them is dropped. A packed
+/// character is written as its lowest byte and then each higher byte that is
+/// not 0.
+///
+/// The result is a new Block, stored into the variable; the old one is disposed
+/// of. It is filled in growing steps of 1,000,000 bytes and trimmed at the end.
+/// A template of 0 characters deletes the selections, as DelSel does, in the
+/// Block that is there. The list is only read, and comes back unlocked.
+///
+/// @param text            the variable that holds the text
+/// @param selections      a canonical list
+/// @param characters      the template: packed characters
+/// @param character_count their number
+/// @param position_flags  a byte for each character of the template
+/// @return 1 when the text was edited, and for an empty list, with nothing
+///         touched; 0, with nothing changed and the old Block in the variable,
+///         for a list that is not canonical, no Block in the variable, a
+///         negative count, a template or flags missing, or when the result
+///         would be too long or memory is short
 QUILL_EXPORT int32_t InsertMaskedStr(QuillBlock* text, QuillBlock selections,
                                      const int32_t* characters,
                                      int32_t character_count,
@@ -710,6 +993,44 @@ QUILL_EXPORT int32_t InsertMaskedStr(QuillBlock* text, QuillBlock selections,
 // Replacing all matches
 // ---------------------------------------------------------------------------
 
+/// Replaces every occurrence of a byte string in a range by another string.
+///
+/// All matches are found first, by FindStrAll, and then replaced in one edit,
+/// by InsertStr: what was put in is never searched. When the host stops the
+/// search, the matches found up to then are replaced. The list of matches is
+/// made and disposed of here.
+///
+/// The text stays in the Block that the host passes, whatever the flags: the
+/// result of an overlay is copied into it. It comes back unlocked.
+///
+/// @param text           the Block to edit; null is refused with nothing
+/// written
+/// @param from           where the range begins, a byte offset
+/// @param to             the end of the range, exclusive; once the search was
+/// made
+///                       it is moved by the change in the text's length
+/// @param pattern        the bytes sought
+/// @param pattern_length their number, at least 1
+/// @param reserved1      ignored
+/// @param string         the bytes put in place of each match
+/// @param string_length  their number; 0 deletes the matches
+/// @param insert_flags   position flags of `string` as in InsertStr, or null
+/// @param reserved2      ignored
+/// @param reserved3      ignored
+/// @param reserved4      ignored
+/// @param ignored        not read
+/// @param position       an offset of the host's; moved like `to` once the
+/// search
+///                       was made, set to the value of `to` when it was not
+/// @param reference      passed to `yield`
+/// @param yield          called by the search, as FindStrAll says
+/// @return what InsertStr returns, so 0 also when nothing was found, `string`
+/// is
+///         not empty and no flag asks for an overlay; 0 when the search is not
+///         made: FindStrAll refuses its arguments, `to` lies beyond the text,
+///         or memory is short. After a 0 the text is unchanged. An edit is
+///         refused when the result would be too long, or the moved position
+///         would be above 2,147,483,647
 QUILL_EXPORT int32_t ReplaceStrAll(
     QuillBlock text, int32_t from, int32_t* to, const char* pattern,
     int32_t pattern_length, int32_t reserved1, const char* string,
@@ -717,6 +1038,42 @@ QUILL_EXPORT int32_t ReplaceStrAll(
     int32_t reserved3, int32_t reserved4, int32_t ignored, int32_t* position,
     int32_t reference, QuillYield yield);
 
+/// Replaces every match of a string of characters in a range.
+///
+/// As ReplaceStrAll, with the matches that utf8_FindStrAll finds: under open
+/// positions, a mask, and the word test. When nothing is found nothing is
+/// edited, and that is a success. An overlay (see InsertStr) stores a new Block
+/// into the host's variable.
+///
+/// @param text             the variable that holds the text; null in it is
+/// refused
+///                         with nothing written
+/// @param from             where the range begins, a byte offset
+/// @param to               the end of the range, exclusive; once the search was
+///                         made it is moved by the change in the text's length
+/// @param pattern          the packed characters sought, in mapped form
+/// @param pattern_count    their number
+/// @param search_flags     position flags of `pattern`, or null
+/// @param string           the bytes put in place of each match
+/// @param string_length    their number; 0 deletes the matches
+/// @param insert_flags     position flags of `string` as in InsertStr, or null
+/// @param mask_keys        the mask of the search
+/// @param mask_values      the mask of the search
+/// @param mask_count       the mask of the search
+/// @param break_characters the break set of the search, or null
+/// @param break_count      its number of characters
+/// @param edge_flag        1: the ends of the text are breaks
+/// @param invert_flag      1: matches between break characters don't count
+/// @param position         an offset of the host's; moved like `to` once the
+///                         search was made, set to the value of `to` when it
+///                         was not
+/// @param reference        passed to `yield`
+/// @param yield            called by the search, as utf8_FindStrAll says
+/// @return 1 when nothing was found, else what InsertStr returns; 0 when the
+///         search is not made: `to` lies beyond the text, or memory is short.
+///         After a 0 the text is unchanged. An edit is refused when the result
+///         would be too long, or the moved position would be above
+///         2,147,483,647
 QUILL_EXPORT int32_t utf8_ReplaceStrAll(
     QuillBlock* text, int32_t from, int32_t* to, const int32_t* pattern,
     int32_t pattern_count, const unsigned char* search_flags,
@@ -727,6 +1084,28 @@ QUILL_EXPORT int32_t utf8_ReplaceStrAll(
     unsigned char edge_flag, unsigned char invert_flag, int32_t* position,
     int32_t reference, QuillYield yield);
 
+/// Replaces every match of a range pattern in a range.
+///
+/// As utf8_ReplaceStrAll, with the matches that utf8_FindPatternAll finds.
+///
+/// @param text          the variable that holds the text; null in it is refused
+///                      with nothing written
+/// @param from          where the range begins, a byte offset
+/// @param to            the end of the range, exclusive; moved by the change in
+///                      the text's length
+/// @param parts         the parts of the pattern
+/// @param part_count    their number
+/// @param string        the bytes put in place of each match
+/// @param string_length their number; 0 deletes the matches
+/// @param insert_flags  position flags of `string` as in InsertStr, or null
+/// @param new_end       receives the final value of `to`, also when the search
+/// was
+///                      not made
+/// @param reference     passed to `yield`
+/// @param yield         called by the search, as utf8_FindPatternAll says
+/// @return 1 when nothing was found, else what InsertStr returns; 0 when the
+///         search is not made: `to` lies beyond the text, or memory is short.
+///         After a 0 the text is unchanged
 QUILL_EXPORT int32_t utf8_ReplacePatternAll(
     QuillBlock* text, int32_t from, int32_t* to,
     const QuillRangePart* const* parts, int32_t part_count, const char* string,
@@ -792,11 +1171,53 @@ QUILL_EXPORT int32_t BytePatternSwap(char* buffer, int32_t start, int32_t end,
 // Copying selections
 // ---------------------------------------------------------------------------
 
+/// Copies the text under each selection, in list order, back to back.
+///
+/// The copying ends before the next selection once the destination is exactly
+/// full; the result is then 1, and only `copied` tells whether anything was
+/// left over. A selection that doesn't fit is not copied at all. An end before
+/// the start covers nothing.
+///
+/// The callback is not asked at an interval: the number of selections done is
+/// never set back, so that it is asked once, after exactly YieldMax selections,
+/// and hears that number. Allocates nothing; one byte move for each selection.
+///
+/// @param text         address of offset 0; its bytes may overlap the
+/// destination
+/// @param destination  the host's buffer, written from its first byte on
+/// @param capacity     bytes in the destination
+/// @param copied       set to 0 and then kept at the bytes written so far; not
+///                     written when `capacity` is below 1
+/// @param selections   pairs of start and end, in any order; only read
+/// @param count        number of selections; none when it is 0 or less
+/// @param reference    handed to `yield` unchanged
+/// @param yield        asked as told above; any answer but 1 ends the copying,
+///                     with result 1 and what was copied so far
+/// @return 0 when `capacity` is below 1 (nothing is written), when a selection
+/// did
+///         not fit or begins below offset 0 (those before it are copied); else
+///         1
 QUILL_EXPORT int32_t CopySelectionsTo(const char* text, char* destination,
                                       int32_t capacity, int32_t* copied,
                                       const int32_t* selections, int32_t count,
                                       int32_t reference, QuillYield yield);
 
+/// Copies the text under each record's second pair, the outer match, in list
+/// order, back to back: CopySelectionsTo for a key selection list. The keys are
+/// not read.
+///
+/// @param text         address of offset 0; its bytes may overlap the
+/// destination
+/// @param destination  the host's buffer, written from its first byte on
+/// @param capacity     bytes in the destination
+/// @param copied       as in CopySelectionsTo
+/// @param records      four longs each: key start, key end, start, end; only
+/// read
+/// @param count        number of records; none when it is 0 or less
+/// @param reference    handed to `yield` unchanged
+/// @param yield        asked once, after exactly YieldMax records, with that
+///                     number as progress
+/// @return as CopySelectionsTo
 QUILL_EXPORT int32_t CopySuperSelectionsTo(const char* text, char* destination,
                                            int32_t capacity, int32_t* copied,
                                            const int32_t* records,
@@ -807,33 +1228,160 @@ QUILL_EXPORT int32_t CopySuperSelectionsTo(const char* text, char* destination,
 // Sorting selections
 // ---------------------------------------------------------------------------
 
+/// @name Sorting selections
+///
+/// By the text that they cover: by code point, character for character, each
+/// character mapped by the mask first. When one text begins the other, the one
+/// of fewer bytes comes first, so empty selections come before all others. An
+/// end before the start makes a negative length; such selections compare by
+/// length alone. A character that can't be read before its selection's end
+/// makes the two selections equal.
+///
+/// The sort is a heap sort and not stable: equal selections end in the order
+/// that its steps give, which is always the same for the same list. Where
+/// memory can be had it sorts keys taken from the texts, to the same result; it
+/// needs none, and always succeeds. n log n comparisons.
+/// @{
+
+/// Sorts a selection list in place by the text of its selections. The list is
+/// no longer canonical afterwards; OrderSelections restores the order of
+/// offsets.
+///
+/// @param text         address of offset 0; only read
+/// @param selections   pairs of start and end
+/// @param byte_count   bytes in the list; what is left over a whole selection
+/// at
+///                     its end stays where it is
+/// @param mask_keys    keys of the mask, ascending
+/// @param mask_values  values of the mask
+/// @param mask_count   entries of the mask; 0 for none
+/// @return always 1
 QUILL_EXPORT int32_t utf8_SortSelections(const char* text, int32_t* selections,
                                          uint32_t byte_count,
                                          const int32_t* mask_keys,
                                          const int32_t* mask_values,
                                          int32_t mask_count);
 
+/// Sorts a key selection list in place by the text of its keys. Each record
+/// moves as a whole.
+///
+/// @param text         address of offset 0; only read
+/// @param records      four longs each: key start, key end, start, end
+/// @param byte_count   bytes in the list; what is left over a whole record at
+/// its
+///                     end stays where it is
+/// @param mask_keys    keys of the mask, ascending
+/// @param mask_values  values of the mask
+/// @param mask_count   entries of the mask; 0 for none
+/// @return always 1
 QUILL_EXPORT int32_t utf8_SortKeySelections(const char* text, int32_t* records,
                                             uint32_t byte_count,
                                             const int32_t* mask_keys,
                                             const int32_t* mask_values,
                                             int32_t mask_count);
 
+/// @}
+
 // ---------------------------------------------------------------------------
 // Ordering, mapping, inverting and extracting selections
 // ---------------------------------------------------------------------------
 
+/// Makes a list canonical, in place: ascending, what touches or overlaps
+/// merged, what is empty dropped. The bytes covered stay the same.
+///
+/// Offsets outside the text are cut to it, selections with the end before the
+/// start cover nothing, and a lone last long is dropped. A list that covers
+/// nothing becomes a Block of size 0. Time is linear in the list and the text;
+/// a list that is in order already is only looked through.
+///
+/// @param list         the host's variable that holds the list; the Block stays
+///                     the same one, shrinks to what is left and ends unlocked
+/// @param text_length  bytes in the text that the list belongs to
+/// @return 0 when memory for a map of the text, one bit a byte, can't be had:
+/// the
+///         list is as it was; else 1, also when the list is null or the length
+///         below 1 and nothing was done
 QUILL_EXPORT int32_t OrderSelections(QuillBlock* list, int32_t text_length);
 
+/// Adds a list to a selection map. Bit n of the map (as BitTest counts) stands
+/// for the text's byte n - 1, bit 0 for none: a selection sets the bits start +
+/// 1 to end. Bits are never cleared, so that several lists give their union.
+///
+/// Offsets outside the text are cut to it, an end at or before the start sets
+/// nothing, and a lone last long is ignored. Works by words; allocates nothing.
+///
+/// @param map          the host's `(text_length + 9) / 8` bytes, of which only
+/// the
+///                     bits of the list change
+/// @param text_length  bytes in the text; below 1 nothing is done
+/// @param list         the list, only read; ends unlocked. Null is no list
+/// @return always 1
 QUILL_EXPORT int32_t SelectionToMap(char* map, int32_t text_length,
                                     QuillBlock list);
 
+/// Makes the canonical list of a selection map: one selection for each run of
+/// set bits, from its first bit less 1 to its last bit.
+///
+/// The bits read are 0 to `text_length + 1`. The outermost two stand for no
+/// byte: a host that has set them finds a start of -1, or an end of one more
+/// than the length, in the list. Works by words.
+///
+/// @param map          `(text_length + 9) / 8` bytes, only read
+/// @param text_length  bytes in the text; below 1 nothing is done or written
+/// @param list         set to the new list, which is the host's, or to null
+/// when no
+///                     bit is set; not written on failure
+/// @param long_count   set to the list's number of longs, after `list`; not
+/// written
+///                     on failure
+/// @return 0 when memory for the list can't be had; else 1. When a list that
+/// has
+///         begun can't grow, the selections that no longer fit are left out
 QUILL_EXPORT int32_t MapToSelection(const char* map, int32_t text_length,
                                     QuillBlock* list, int32_t* long_count);
 
+/// Turns a canonical list, in place, into its complement within a range: what
+/// lies between its selections, before the first and behind the last.
+///
+/// A list of size 0 becomes the whole range. Left as it is, with result 1: no
+/// list (null); a list that does not ascend within the range, or is no whole
+/// number of selections; a range that ends before it starts; and a list that
+/// has to grow, by 8 bytes at most, where memory is short.
+///
+/// @param list         the host's variable that holds the list; the Block stays
+///                     the same one and ends unlocked
+/// @param range_start  first offset of the range
+/// @param range_end    the offset just past it
+/// @return always 1
 QUILL_EXPORT int32_t InvertSelections(QuillBlock* list, int32_t range_start,
                                       int32_t range_end);
 
+/// Gathers the text of every selection that is not empty into a new Block, in
+/// list order, each piece between a prefix and a suffix.
+///
+/// The size is computed beforehand: one allocation of exactly the result. A
+/// unit of work is one selection, also an empty one; the host hears the index
+/// of the next long of the list.
+///
+/// @param text           address of offset 0
+/// @param list           the list, in any order; only read, ends unlocked. A
+/// lone
+///                       last long is ignored, an end before the start is empty
+/// @param prefix         bytes put before each piece
+/// @param prefix_length  bytes in the prefix; 0 or less for none
+/// @param suffix         bytes put behind each piece
+/// @param suffix_length  bytes in the suffix; 0 or less for none
+/// @param result         set to the new Block, which is the host's, or to null
+/// when
+///                       the host stopped the call; not written when the result
+///                       is 0
+/// @param reference      handed to `yield` unchanged
+/// @param yield          asked after every YieldMax selections; any answer but
+/// 1
+///                       ends the call and drops what was gathered
+/// @return 0 when the list has fewer than two longs, a selection begins below
+///         offset 0, bytes that are needed are null, the result would be larger
+///         than a Block, or memory is short; else 1, also when stopped
 QUILL_EXPORT int32_t ExtractSelections(
     const char* text, QuillBlock list, const char* prefix,
     int32_t prefix_length, const char* suffix, int32_t suffix_length,
@@ -858,6 +1406,29 @@ QUILL_EXPORT void BitClear(char* bits, int32_t bit);
 QUILL_EXPORT int32_t FindByte(char* text, int32_t start, int32_t end, char byte,
                               int32_t reference, QuillYield yield);
 
+/// Puts the replacement of every entry of a replace table in place of its
+/// selection.
+///
+/// The Block stays the same, every byte moves at most once, and memory is only
+/// needed to grow the Block. On return every entry's `start` and `end` hold the
+/// place of its selection in the text as it would be if only entries of kind 1
+/// had been applied; of kinds 0 to 2 that is the place in the result as long as
+/// no entry before is of kind 3. The other fields are only read. The text comes
+/// back unlocked.
+///
+/// The whole table is checked before the first byte moves.
+///
+/// @param text        the variable that holds the text
+/// @param entries     the table's first entry pointer; the entries are the
+/// host's
+/// @param entry_count the number of entries
+/// @return 1 when the table was applied, also when all entries are of kind 0;
+/// 0,
+///         with nothing changed, for a count of 0 or less, no Block in the
+///         variable, a missing entry, selections out of order, overlapping or
+///         outside the text, a kind that is none or contradicts the lengths, a
+///         replacement missing or of negative length, or when the result would
+///         be too long or memory is short
 QUILL_EXPORT int32_t InsertMultiple(QuillBlock* text,
                                     QuillReplaceEntry** entries,
                                     int32_t entry_count);
@@ -915,10 +1486,43 @@ QUILL_EXPORT int32_t WordTable_FillReplaceTable(
 /// @return 0, with nothing released, when `table` is null; else 1.
 QUILL_EXPORT int32_t DisposeReplaceTable(QuillBlock table, int32_t entry_count);
 
+/// Compares two selections by the text that they cover, in the order of
+/// utf8_SortSelections.
+///
+/// With a `mask_count` other than 0 the character that contains a position is
+/// read, which can begin before its selection. Where only stray continuation
+/// bytes are left to read on both sides, the two are equal.
+///
+/// @param first        pointer to the first selection's start and end
+/// @param second       pointer to the second's; more longs may follow either
+/// @param text         address of offset 0; only read
+/// @param mask_keys    keys of the mask, ascending
+/// @param mask_values  values of the mask
+/// @param mask_count   entries of the mask; 0 for none
+/// @return negative when the first comes first, 0 when they are equal, else
+///         positive: the difference of two code points, or of the lengths in
+///         bytes
 QUILL_EXPORT int CompareSelections(const void* first, const void* second,
                                    char* text, int32_t* mask_keys,
                                    int32_t* mask_values, int32_t mask_count);
 
+/// Sorts elements of any size in place, in ascending order of a comparison. A
+/// heap sort: not stable, in the worst case too n log n comparisons, no
+/// recursion. Allocates nothing.
+///
+/// Elements are compared where they lie, and exchanged whole. The comparison
+/// may answer as it likes; the sort ends all the same.
+///
+/// @param base          address of the first element
+/// @param count         number of elements
+/// @param element_size  bytes in an element
+/// @param compare       negative when its first element comes first, positive
+/// when
+///                      its second does, 0 when they are equal
+/// @param text          handed to `compare` unchanged, as are the next three
+/// @param mask_keys     see `text`
+/// @param mask_values   see `text`
+/// @param mask_count    see `text`
 QUILL_EXPORT void qSortV(void* base, uint32_t count, uint32_t element_size,
                          QuillCompare compare, char* text, int32_t* mask_keys,
                          int32_t* mask_values, int32_t mask_count);

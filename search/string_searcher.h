@@ -9,6 +9,7 @@
 #include "blocks/base.h"
 #include "search/break_chars.h"
 #include "search/comparison.h"
+#include "search/string_filter.h"
 #include "utf8/mask.h"
 #include "utf8/mask_table.h"
 
@@ -44,9 +45,11 @@ class StringSearcher {
 
   // The first match that begins at a character start in [from, limit), in a
   // valid query. It may reach past `limit`, up to the end of the range.
+  // `from` is never lower than in the call before.
   bool next_match(Offset from, Offset limit, Match& match);
 
-  // The last match that begins in [from, limit), continuation bytes included.
+  // The last match that begins in [from, limit), continuation bytes included;
+  // `limit` is never higher than in the call before.
   bool previous_match(Offset from, Offset limit, Match& match);
 
   const StringQuery& query() const { return query_; }
@@ -58,10 +61,23 @@ class StringSearcher {
 
  private:
   bool is_word(const Match& match);
+  Offset next_candidate(Offset from, Offset limit);
+  Offset previous_candidate(Offset from, Offset limit);
+  void look_for_first();
+  bool filters_now();
 
   const StringQuery query_;
   MaskTable mask_;
+  IndexedBreaks breaks_;
   bool has_first_byte_;
+
+  // Short searches look for what the first character can begin with. Once
+  // that has gone on for a while, preparing the filter pays.
+  bool has_first_ = false;
+  Anchor first_;
+  bool filters_ = false;
+  Offset patience_;
+  StringFilter filter_;
 };
 
 }  // namespace quill
