@@ -125,7 +125,8 @@ std::int32_t utf8_WordTableReplace(
   const Host host{reference, yield};
   const auto find_words = [&] {
     const BlockLock lock(block);
-    const PatternSearcher searcher(lock.contents(), {parts, part_count}, host);
+    PatternSearcher searcher(lock.contents(), {parts, part_count}, host,
+                             Offset{end} - from);
     return find_all_matches(searcher, from, end, host);
   };
   const PatternList found = find_words();
