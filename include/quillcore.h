@@ -171,11 +171,18 @@ typedef struct QuillRangePart {
   unsigned char include;
 } QuillRangePart;
 
+/// One entry of a replace table: a selection and what is to become of it.
+///
+/// A replace table is an array of pointers to entries, in ascending order of
+/// their selections, which don't overlap. iArrayToReplaceTable makes one,
+/// WordTable_FillReplaceTable fills it in, InsertMultiple applies it.
 typedef struct QuillReplaceEntry {
-  int32_t start;
-  int32_t end;
-  const char* replacement;
+  int32_t start;            ///< of the selection, a byte offset
+  int32_t end;              ///< just past it
+  const char* replacement;  ///< bytes, not owned; not read for kind 0
   int32_t replacement_length;
+  /// 0: the selection stays; else it is replaced, and the replacement is
+  /// 1: shorter than the selection, 2: as long, 3: longer.
   int32_t kind;
 } QuillReplaceEntry;
 
@@ -479,8 +486,36 @@ QUILL_EXPORT int32_t utf8_SortPattern(QuillBlock* text, int32_t from,
 // Deleting and wrapping selections
 // ---------------------------------------------------------------------------
 
+/// Removes the bytes of every selection.
+///
+/// The Block stays the same and shrinks. Every byte that is kept moves once,
+/// and nothing is allocated. Text and list come back unlocked, unless there was
+/// nothing to do.
+///
+/// @param text       the variable that holds the text; null in it is an empty
+///                   text
+/// @param selections a canonical list, only read; null is an empty one
+/// @return 1, also for an empty text or an empty list, with nothing touched; 0
+///         for a list that is not canonical in a text of one byte or more, with
+///         nothing changed
 QUILL_EXPORT int32_t DelSel(QuillBlock* text, QuillBlock selections);
 
+/// Puts one string before and another behind every selection.
+///
+/// The selected bytes stay. An empty selection gets both strings at its place,
+/// leading first. The Block stays the same and grows once, before anything is
+/// moved; every byte moves at most once. Text and list come back unlocked.
+///
+/// @param text            the variable that holds the text
+/// @param selections      a canonical list, only read
+/// @param leading         bytes put before each selection
+/// @param leading_length  their number; with 0 `leading` may be null
+/// @param trailing        bytes put behind each selection
+/// @param trailing_length their number; with 0 `trailing` may be null
+/// @return 1 when the text was edited; 0, with nothing changed, for a list of
+///         fewer than two longs, without a Block in the variable, for a list
+///         that is not canonical, a negative length, a string missing, or when
+///         the result would be too long or memory is short
 QUILL_EXPORT int32_t InsertDualStr(QuillBlock* text, QuillBlock selections,
                                    const char* leading, int32_t leading_length,
                                    const char* trailing,
@@ -490,10 +525,64 @@ QUILL_EXPORT int32_t InsertDualStr(QuillBlock* text, QuillBlock selections,
 // Inserting at selections
 // ---------------------------------------------------------------------------
 
+/// Puts a string in place of every selection.
+///
+/// One of three things happens:
+/// - Without a string (length 0) the selections are deleted, as by DelSel.
+/// - With a flag of 0 among those of the string's characters the string is
+///   decoded and laid over each selection, as by InsertMaskedStr; the variable
+///   then holds another Block.
+/// - Otherwise every selection gives way to the string's bytes, and an empty
+/// one
+///   is an insertion point. The Block stays the same, every byte moves at most
+///   once, and memory is only needed to grow the Block.
+///
+/// Replacing in place changes the list: every pair becomes the place of its
+/// selection in the text as it would be if only selections longer than the
+/// string had been replaced. Where no selection is shorter than the string,
+/// that is where the string lies in the result. Deleting and overlaying leave
+/// the list alone. Text and list come back unlocked.
+///
+/// @param text           the variable that holds the text
+/// @param selections     a canonical list
+/// @param string         the bytes put in
+/// @param string_length  their number
+/// @param position_flags a byte for each character of the string, or null;
+///                       characters are counted as utf8_CountCharacters counts
+///                       them
+/// @return 1 when the text was edited, and what DelSel or InsertMaskedStr would
+///         return; 0, with text and list unchanged, for an empty list that is
+///         not deleted or overlaid, a list that is not canonical, no Block in
+///         the variable, a negative length, a string missing, or when the
+///         result would be too long or memory is short
 QUILL_EXPORT int32_t InsertStr(QuillBlock* text, QuillBlock selections,
                                const char* string, int32_t string_length,
                                const unsigned char* position_flags);
 
+/// Lays a template of characters over every selection.
+///
+/// A position whose flag is 1 gets the template's character. Any other keeps
+/// the character that the selected text has there, and gets the template's
+/// where the selection has no more. So every selection becomes exactly as many
+/// characters as the template has; what is beyond them is dropped. A packed
+/// character is written as its lowest byte and then each higher byte that is
+/// not 0.
+///
+/// The result is a new Block, stored into the variable; the old one is disposed
+/// of. It is filled in growing steps of 1,000,000 bytes and trimmed at the end.
+/// A template of 0 characters deletes the selections, as DelSel does, in the
+/// Block that is there. The list is only read, and comes back unlocked.
+///
+/// @param text            the variable that holds the text
+/// @param selections      a canonical list
+/// @param characters      the template: packed characters
+/// @param character_count their number
+/// @param position_flags  a byte for each character of the template
+/// @return 1 when the text was edited, and for an empty list, with nothing
+///         touched; 0, with nothing changed and the old Block in the variable,
+///         for a list that is not canonical, no Block in the variable, a
+///         negative count, a template or flags missing, or when the result
+///         would be too long or memory is short
 QUILL_EXPORT int32_t InsertMaskedStr(QuillBlock* text, QuillBlock selections,
                                      const int32_t* characters,
                                      int32_t character_count,
@@ -503,6 +592,44 @@ QUILL_EXPORT int32_t InsertMaskedStr(QuillBlock* text, QuillBlock selections,
 // Replacing all matches
 // ---------------------------------------------------------------------------
 
+/// Replaces every occurrence of a byte string in a range by another string.
+///
+/// All matches are found first, by FindStrAll, and then replaced in one edit,
+/// by InsertStr: what was put in is never searched. When the host stops the
+/// search, the matches found up to then are replaced. The list of matches is
+/// made and disposed of here.
+///
+/// The text stays in the Block that the host passes, whatever the flags: the
+/// result of an overlay is copied into it. It comes back unlocked.
+///
+/// @param text           the Block to edit; null is refused with nothing
+/// written
+/// @param from           where the range begins, a byte offset
+/// @param to             the end of the range, exclusive; once the search was
+/// made
+///                       it is moved by the change in the text's length
+/// @param pattern        the bytes sought
+/// @param pattern_length their number, at least 1
+/// @param reserved1      ignored
+/// @param string         the bytes put in place of each match
+/// @param string_length  their number; 0 deletes the matches
+/// @param insert_flags   position flags of `string` as in InsertStr, or null
+/// @param reserved2      ignored
+/// @param reserved3      ignored
+/// @param reserved4      ignored
+/// @param ignored        not read
+/// @param position       an offset of the host's; moved like `to` once the
+/// search
+///                       was made, set to the value of `to` when it was not
+/// @param reference      passed to `yield`
+/// @param yield          called by the search, as FindStrAll says
+/// @return what InsertStr returns, so 0 also when nothing was found, `string`
+/// is
+///         not empty and no flag asks for an overlay; 0 when the search is not
+///         made: FindStrAll refuses its arguments, `to` lies beyond the text,
+///         or memory is short. After a 0 the text is unchanged. An edit is
+///         refused when the result would be too long, or the moved position
+///         would be above 2,147,483,647
 QUILL_EXPORT int32_t ReplaceStrAll(
     QuillBlock text, int32_t from, int32_t* to, const char* pattern,
     int32_t pattern_length, int32_t reserved1, const char* string,
@@ -510,6 +637,42 @@ QUILL_EXPORT int32_t ReplaceStrAll(
     int32_t reserved3, int32_t reserved4, int32_t ignored, int32_t* position,
     int32_t reference, QuillYield yield);
 
+/// Replaces every match of a string of characters in a range.
+///
+/// As ReplaceStrAll, with the matches that utf8_FindStrAll finds: under open
+/// positions, a mask, and the word test. When nothing is found nothing is
+/// edited, and that is a success. An overlay (see InsertStr) stores a new Block
+/// into the host's variable.
+///
+/// @param text             the variable that holds the text; null in it is
+/// refused
+///                         with nothing written
+/// @param from             where the range begins, a byte offset
+/// @param to               the end of the range, exclusive; once the search was
+///                         made it is moved by the change in the text's length
+/// @param pattern          the packed characters sought, in mapped form
+/// @param pattern_count    their number
+/// @param search_flags     position flags of `pattern`, or null
+/// @param string           the bytes put in place of each match
+/// @param string_length    their number; 0 deletes the matches
+/// @param insert_flags     position flags of `string` as in InsertStr, or null
+/// @param mask_keys        the mask of the search
+/// @param mask_values      the mask of the search
+/// @param mask_count       the mask of the search
+/// @param break_characters the break set of the search, or null
+/// @param break_count      its number of characters
+/// @param edge_flag        1: the ends of the text are breaks
+/// @param invert_flag      1: matches between break characters don't count
+/// @param position         an offset of the host's; moved like `to` once the
+///                         search was made, set to the value of `to` when it
+///                         was not
+/// @param reference        passed to `yield`
+/// @param yield            called by the search, as utf8_FindStrAll says
+/// @return 1 when nothing was found, else what InsertStr returns; 0 when the
+///         search is not made: `to` lies beyond the text, or memory is short.
+///         After a 0 the text is unchanged. An edit is refused when the result
+///         would be too long, or the moved position would be above
+///         2,147,483,647
 QUILL_EXPORT int32_t utf8_ReplaceStrAll(
     QuillBlock* text, int32_t from, int32_t* to, const int32_t* pattern,
     int32_t pattern_count, const unsigned char* search_flags,
@@ -520,6 +683,28 @@ QUILL_EXPORT int32_t utf8_ReplaceStrAll(
     unsigned char edge_flag, unsigned char invert_flag, int32_t* position,
     int32_t reference, QuillYield yield);
 
+/// Replaces every match of a range pattern in a range.
+///
+/// As utf8_ReplaceStrAll, with the matches that utf8_FindPatternAll finds.
+///
+/// @param text          the variable that holds the text; null in it is refused
+///                      with nothing written
+/// @param from          where the range begins, a byte offset
+/// @param to            the end of the range, exclusive; moved by the change in
+///                      the text's length
+/// @param parts         the parts of the pattern
+/// @param part_count    their number
+/// @param string        the bytes put in place of each match
+/// @param string_length their number; 0 deletes the matches
+/// @param insert_flags  position flags of `string` as in InsertStr, or null
+/// @param new_end       receives the final value of `to`, also when the search
+/// was
+///                      not made
+/// @param reference     passed to `yield`
+/// @param yield         called by the search, as utf8_FindPatternAll says
+/// @return 1 when nothing was found, else what InsertStr returns; 0 when the
+///         search is not made: `to` lies beyond the text, or memory is short.
+///         After a 0 the text is unchanged
 QUILL_EXPORT int32_t utf8_ReplacePatternAll(
     QuillBlock* text, int32_t from, int32_t* to,
     const QuillRangePart* const* parts, int32_t part_count, const char* string,
@@ -616,6 +801,29 @@ QUILL_EXPORT void BitClear(char* bits, int32_t bit);
 QUILL_EXPORT int32_t FindByte(char* text, int32_t start, int32_t end, char byte,
                               int32_t reference, QuillYield yield);
 
+/// Puts the replacement of every entry of a replace table in place of its
+/// selection.
+///
+/// The Block stays the same, every byte moves at most once, and memory is only
+/// needed to grow the Block. On return every entry's `start` and `end` hold the
+/// place of its selection in the text as it would be if only entries of kind 1
+/// had been applied; of kinds 0 to 2 that is the place in the result as long as
+/// no entry before is of kind 3. The other fields are only read. The text comes
+/// back unlocked.
+///
+/// The whole table is checked before the first byte moves.
+///
+/// @param text        the variable that holds the text
+/// @param entries     the table's first entry pointer; the entries are the
+/// host's
+/// @param entry_count the number of entries
+/// @return 1 when the table was applied, also when all entries are of kind 0;
+/// 0,
+///         with nothing changed, for a count of 0 or less, no Block in the
+///         variable, a missing entry, selections out of order, overlapping or
+///         outside the text, a kind that is none or contradicts the lengths, a
+///         replacement missing or of negative length, or when the result would
+///         be too long or memory is short
 QUILL_EXPORT int32_t InsertMultiple(QuillBlock* text,
                                     QuillReplaceEntry** entries,
                                     int32_t entry_count);
