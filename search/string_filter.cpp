@@ -1,14 +1,13 @@
 #include "search/string_filter.h"
 
 #include <algorithm>
-#include <bit>
 
 namespace quill {
 namespace {
 
 // What is reckoned with, in nanoseconds: looking at a candidate, and proving
 // a byte in order.
-constexpr double kCandidateCost = 15;
+constexpr double kCandidateCost = 30;
 constexpr double kProofCost = 0.06;
 
 // So many candidates in a row, each so close to the one before, are thick.
@@ -74,6 +73,8 @@ void StringFilter::prepare(const Byte* text, Offset start, Offset end,
   anywhere_ = anywhere.plan(shares);
   ascii_ = ascii.plan(shares);
   in_order_ = pivots.best(shares);
+  // Bytes of one character come together more often than their shares say.
+  anywhere_.share = shares.of(anywhere_);
   uses_order_ = anywhere_.share * kCandidateCost >
                 in_order_.share * kCandidateCost + kProofCost;
 }
@@ -111,7 +112,7 @@ bool StringFilter::open_in_order(Offset from) {
 // Text that isn't ASCII is taken in longer and longer segments, so that a
 // stray letter does not cost much, nor a text full of them.
 void StringFilter::open(Offset from) {
-  marks_.end = 0;
+  marks_.clear();
   if (open_ascii(from)) {
     stride_ = kShortest;
     return;
@@ -141,9 +142,9 @@ Offset StringFilter::next_anchored(Offset from, Offset limit) {
   if (plan.anchor_count == 0) return from;
   const Offset last = std::min(limit, end_ - plan.reach + 1);
   while (from < last) {
-    const Offset marked = std::min(last, marks_.end);
-    if (from >= marks_.start && from < marked) {
-      const Offset found = next_marked(from, marked);
+    if (marks_.covers(from)) {
+      const Offset marked = std::min(last, marks_.end());
+      const Offset found = marks_.next(from, marked);
       if (found < marked) return found;
       from = marked;
       continue;
@@ -160,24 +161,9 @@ Offset StringFilter::next_anchored(Offset from, Offset limit) {
 
 // Marks hold for the segment's plan, and end with it.
 void StringFilter::mark_from(Offset from, Offset last) {
-  const Offset room = static_cast<Offset>(marks_.words.size()) * 64;
-  marks_.start = from;
-  marks_.end = std::min({from + room, segment_.end, last});
-  mark_anchored(text_ + from, text_ + marks_.end, segment_.plan->used(),
-                marks_.words.data());
-}
-
-Offset StringFilter::next_marked(Offset from, Offset limit) const {
-  Offset bit = from - marks_.start;
-  std::uint64_t word = marks_.words[static_cast<std::size_t>(bit / 64)] &
-                       ~std::uint64_t{0} << (bit % 64);
-  bit -= bit % 64;
-  while (word == 0) {
-    bit += 64;
-    if (marks_.start + bit >= limit) return limit;
-    word = marks_.words[static_cast<std::size_t>(bit / 64)];
-  }
-  return std::min(marks_.start + bit + std::countr_zero(word), limit);
+  const Offset end = std::min({from + marks_.kRoom, segment_.end, last});
+  mark_anchored(text_ + from, text_ + end, segment_.plan->used(),
+                marks_.open(from, end));
 }
 
 // The start of the character as many characters before `position` as the pivot

@@ -6,9 +6,8 @@
 // one search after the other.
 #pragma once
 
-#include <array>
-
 #include "search/anchor_plan.h"
+#include "search/marks.h"
 
 namespace quill {
 
@@ -42,7 +41,6 @@ class StringFilter {
   bool is_in_order(Offset from, Offset limit) const;
 
   Offset next_anchored(Offset from, Offset limit);
-  Offset next_marked(Offset from, Offset limit) const;
   void mark_from(Offset from, Offset last);
   Offset next_by_pivot(Offset from, Offset limit) const;
   Offset previous_anchored(Offset from, Offset limit) const;
@@ -59,12 +57,7 @@ class StringFilter {
   Segment segment_;
 
   // Candidates that come thick are marked many at a time.
-  struct Marks {
-    Offset start = 0;
-    Offset end = 0;
-    std::array<std::uint64_t, 16> words;
-  };
-  Marks marks_;
+  Marks<16> marks_;
   int thick_ = 0;  // candidates that came soon after the one before
 
   static constexpr Offset kShortest = 256;
