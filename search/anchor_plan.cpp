@@ -55,7 +55,7 @@ ByteShares::ByteShares(const Byte* text, Offset start, Offset end)
 }
 
 double ByteShares::of(const AnchorPlan& plan) const {
-  double hits = plan.share;
+  double hits = 0;
   Offset total = 1;
   visit_sample([&](Offset from, Offset limit) {
     limit = std::min(limit, end_ - plan.reach + 1);
@@ -68,7 +68,7 @@ double ByteShares::of(const AnchorPlan& plan) const {
     }
     total += std::max<Offset>(limit - from, 0);
   });
-  return hits / static_cast<double>(total);
+  return std::max(plan.share, hits / static_cast<double>(total));
 }
 
 double ByteShares::of(const ByteSet& set) const {

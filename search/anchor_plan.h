@@ -45,7 +45,8 @@ class ByteShares {
   ByteShares(const Byte* text, Offset start, Offset end);
   double of(const ByteSet& set) const;
 
-  // Of the offsets in the sample at which all of a plan's anchors hold.
+  // Of the offsets at which all of a plan's anchors hold: as many as in the
+  // sample, and no fewer than the bytes by themselves make likely.
   double of(const AnchorPlan& plan) const;
 
  private:

@@ -36,6 +36,7 @@ class StringFilter {
   bool open_ascii(Offset from);
   bool open_in_order(Offset from);
   void open(Offset from);
+  void open_anywhere(Offset from);
   void open_backward(Offset from, Offset limit);
   bool is_ascii(Offset from, Offset limit) const;
   bool is_in_order(Offset from, Offset limit) const;
@@ -53,6 +54,8 @@ class StringFilter {
   AnchorPlan in_order_;
   AnchorPlan ascii_;
   bool uses_order_ = false;  // whether proving order pays
+  bool may_use_order_ = false;
+  double unproved_cost_ = 0;  // of candidates, beyond what proofs would cost
   Offset stride_ = kShortest;
   Segment segment_;
 

@@ -7,7 +7,7 @@ namespace {
 
 // A range below the first is searched without a filter; in a longer one so
 // much goes by before the filter is prepared.
-constexpr Offset kWorthFilter = 12'000;
+constexpr Offset kWorthFilter = 32'000;
 constexpr Offset kPatience = 2'000;
 
 }  // namespace
