@@ -197,10 +197,17 @@ typedef struct QuillReplaceEntry {
   int32_t kind;
 } QuillReplaceEntry;
 
+/// A word of a word table and what takes its place. The library only reads it;
+/// both arrays are the host's and stay in place while the table is in use.
 typedef struct QuillWordEntry {
+  /// The word's packed characters, in mapped form.
   const int32_t* word;
+  /// Number of characters in the word; every selection begins with a word of 0
+  /// or fewer.
   int32_t word_count;
+  /// UTF-8 bytes put in place of a selection that begins with the word.
   const char* replacement;
+  /// Number of bytes in the replacement; 0 deletes the selection.
   int32_t replacement_length;
 } QuillWordEntry;
 
@@ -289,19 +296,81 @@ QUILL_EXPORT int32_t utf8_CountToOffset(const char* text, int32_t start,
 // Character masks and sets
 // ---------------------------------------------------------------------------
 
+/// Maps one character through a mask.
+///
+/// @param character a packed character, or any other value
+/// @param mask_keys the mask's keys
+/// @param mask_values the mask's values
+/// @param mask_count number of entries in both arrays
+/// @param sorted 1: the keys ascend and are bisected; any other byte: they are
+///   looked through in array order
+/// @return the value of the first entry whose key equals `character`, else
+///   `character` itself: also when an array is null or `mask_count` is 0 or
+///   less. Bisection may miss a key among keys that do not ascend.
+///
+/// Costs about log2(mask_count) comparisons when sorted. Allocates nothing.
 QUILL_EXPORT int32_t utf8_MaskChar(int32_t character, const int32_t* mask_keys,
                                    const int32_t* mask_values,
                                    int32_t mask_count, unsigned char sorted);
 
+/// Tests whether a character is in a set, or whether it is not.
+///
+/// @param set packed characters in ascending signed order; not read, and may be
+///   null, when `count` is 0 or less
+/// @param count number of characters in the set
+/// @param character the packed character to look for
+/// @param include 1: the answer is true for members; any other byte: for all
+///   others
+/// @return 1 or 0. The set is bisected. Allocates nothing.
 QUILL_EXPORT int32_t utf8_MatchChar(const int32_t* set, int32_t count,
                                     int32_t character, unsigned char include);
 
+/// Tests whether a character is in a list of any order.
+///
+/// @param character the packed character to look for
+/// @param list packed characters
+/// @param count number of characters in the list; 0 or less is an empty list
+/// @return 1 when an element equals `character`. The list is looked through
+/// from
+///   its start. Allocates nothing.
 QUILL_EXPORT int32_t utf8_InList(int32_t character, const int32_t* list,
                                  int32_t count);
 
+/// Sorts the entries [first, limit) of a mask by key, ascending as signed
+/// numbers, so that it can be used in searches. Each value moves together with
+/// its key.
+///
+/// @param mask_keys the mask's keys, sorted in place
+/// @param mask_values the mask's values, moved along
+/// @param first index of the first entry to sort
+/// @param limit index after the last; at most `first` + 1 changes nothing
+///
+/// Distinct keys cost about n log n, in any order; the stack stays small and
+/// the heap is not used. Equal keys, of which only the first counts afterwards,
+/// end up as a quicksort leaves them that takes the first key as its pivot and
+/// exchanges greater ones to the end of the range: not in their former order.
+/// Many equal keys may cost n * n.
 QUILL_EXPORT void utf8_SortMask(int32_t* mask_keys, int32_t* mask_values,
                                 int32_t first, int32_t limit);
 
+/// Writes the characters of a range, mapped, as packed characters: a string as
+/// searches take it.
+///
+/// Reading ends early, and still succeeds, at a character that can't be read;
+/// those before it are stored.
+///
+/// @param text the text
+/// @param start offset at which reading begins
+/// @param end end of the range, exclusive
+/// @param mask_keys the mask's keys, or null
+/// @param mask_values the mask's values, or null
+/// @param mask_count number of entries in the mask
+/// @param array receives the packed characters; needs room for as many as there
+///   are in the range, `end` - `start` at most
+/// @param count receives the number of characters stored
+/// @return 0, with nothing written, when `start` is negative or not below
+/// `end`,
+///   or `text` or `array` is null; else 1. Allocates nothing.
 QUILL_EXPORT int32_t utf8_StringToLongArray(const char* text, int32_t start,
                                             int32_t end,
                                             const int32_t* mask_keys,
@@ -313,6 +382,35 @@ QUILL_EXPORT int32_t utf8_StringToLongArray(const char* text, int32_t start,
 // Rewriting text through a mask
 // ---------------------------------------------------------------------------
 
+/// Makes a new Block of a range's characters, each passed through a mask.
+///
+/// A mapped character is written as its lowest byte and then each higher byte
+/// that is not 0, so the result may be shorter or longer than the range. Stray
+/// continuation bytes are left out.
+///
+/// @param source the text's Block, only read; comes back unlocked
+/// @param start offset at which the range begins, not negative
+/// @param end end of the range, exclusive, at most the Block's size
+/// @param mask_keys the mask's keys, in ascending order
+/// @param mask_values the mask's values
+/// @param mask_count number of entries in the mask; below 0 maps nothing
+/// @param output receives the new Block, of exactly the bytes written; the
+/// host's
+///   when the call returns true
+/// @param ignored any value
+/// @param reference handed to `yield` unchanged
+/// @param yield asked every YieldMax characters; hears the offset just past the
+///   last one. A stop leaves the rest of the range out of the result.
+/// @return 1 with the Block, also after a stop. 0 with `output` not written
+/// when
+///   the range is empty or not inside the text, `source` or an array is null,
+///   or `mask_count` is 0. 0 with null in `output` when no Block can be made. 0
+///   with a Block in `output` that is already disposed of when a character of
+///   the range can't be read, memory runs short, or the result would exceed
+///   2,147,483,647 bytes.
+///
+/// One pass; allocates the result only, which grows when mapped characters are
+/// longer. Text that is mostly ASCII goes fastest.
 QUILL_EXPORT int32_t utf8_MaskString(QuillBlock source, int32_t start,
                                      int32_t end, const int32_t* mask_keys,
                                      const int32_t* mask_values,
@@ -320,6 +418,39 @@ QUILL_EXPORT int32_t utf8_MaskString(QuillBlock source, int32_t start,
                                      int32_t ignored, int32_t reference,
                                      QuillYield yield);
 
+/// Makes a new Block of a whole text in which the characters inside selections
+/// are passed through a mask, and all else is copied.
+///
+/// Selections are taken in list order. What an earlier one has dealt with, also
+/// the gap before it, is not looked at again: of a selection that begins before
+/// that only the rest is masked. A selection's end bounds its last character.
+///
+/// @param source the text's Block, only read; comes back unlocked
+/// @param selections address of the list's first long, in offsets of `source`;
+/// only
+///   read
+/// @param long_count number of longs in the list, two for each selection; a
+/// lone
+///   last one is ignored
+/// @param mask_keys the mask's keys, in ascending order
+/// @param mask_values the mask's values
+/// @param mask_count number of entries in the mask; below 0 maps nothing
+/// @param output receives the new Block, of exactly the bytes written; the
+/// host's
+///   when the call returns true
+/// @param reference handed to `yield` unchanged
+/// @param yield asked every YieldMax masked characters; hears the number of
+/// longs
+///   taken from the list so far. After a stop the current selection is finished
+///   (and an answer of 1 in it takes the stop back); later ones are copied as
+///   they are.
+/// @return 1 with the Block, also after a stop. 0 with `output` not written
+/// when
+///   the text is empty, `source` or an array of the mask is null, `mask_count`
+///   is 0, or a selection reaches beyond the text. Otherwise 0 as for
+///   utf8_MaskString, when a selection ends inside a character too.
+///
+/// Allocates the result only.
 QUILL_EXPORT int32_t utf8_MaskStringSelection(
     QuillBlock source, const int32_t* selections, int32_t long_count,
     const int32_t* mask_keys, const int32_t* mask_values, int32_t mask_count,
@@ -688,6 +819,36 @@ QUILL_EXPORT int32_t utf8_FindStrAll(
 // Breaks
 // ---------------------------------------------------------------------------
 
+/// Widens a selection to the nearest breaks between classes of characters:
+/// backwards over characters of one class, then forwards over those of another.
+///
+/// The character that stops a direction stays outside the selection. Characters
+/// are compared as they are, without a mask, with one class element after the
+/// other.
+///
+/// @param text the text
+/// @param lower_bound offset below which the selection is not widened
+/// @param end offset beyond which it is not widened and nothing is read
+/// @param backward_class packed characters, in any order
+/// @param backward_count number of them; 0 or less leaves the start alone
+/// @param backward_flag 1: widen over the members of the class; any other byte:
+///   over all other characters
+/// @param forward_class packed characters, in any order
+/// @param forward_count number of them; 0 or less leaves the end alone
+/// @param forward_flag as `backward_flag`, forwards
+/// @param selection_start in: where the backward search begins; written once it
+///   stops at a character or at the bound
+/// @param selection_end in: where the forward search begins, read after
+///   `selection_start` has been written; written once it stops
+/// @param break_found set to 1 at once; to 0 when a direction reaches its bound
+///   and when the call fails
+/// @param reference handed to `yield` unchanged
+/// @param yield asked every YieldMax characters, counted anew in each
+/// direction;
+///   hears `lower_bound` always
+/// @return 1 when each direction has stopped at a character or at its bound. 0
+///   when a character can't be read or the host stops the search; a start that
+///   was found by then stays written. Allocates nothing.
 QUILL_EXPORT int32_t utf8_FindBreaks(
     const char* text, int32_t lower_bound, int32_t end,
     const int32_t* backward_class, int32_t backward_count,
@@ -696,11 +857,57 @@ QUILL_EXPORT int32_t utf8_FindBreaks(
     int32_t* selection_end, unsigned char* break_found, int32_t reference,
     QuillYield yield);
 
+/// Lists a break after every `chunk` characters of a range.
+///
+/// A break list is a selection list with an empty selection at each break, in
+/// ascending order. The end of the range is a break when the last piece is a
+/// whole one.
+///
+/// @param text the text's Block, only read; comes back unlocked
+/// @param start offset at which the range begins; inside a character, the first
+///   step goes over that whole character
+/// @param end end of the range, exclusive, at most the Block's size
+/// @param chunk number of characters from one break to the next, at least 1
+/// @param list receives a new Block with the breaks, two equal longs for each;
+/// one
+///   of 0 bytes when there are none. The host's when the call returns true.
+/// @param long_count receives the number of longs in the list
+/// @param reference handed to `yield` unchanged
+/// @param yield asked every YieldMax pieces, the short last one included; hears
+/// the
+///   offset reached. A stop ends the list there.
+/// @return 1 with the list, also after a stop. 0, with nothing written, when
+///   `start` is negative, the range is empty or not inside the text, `chunk` is
+///   below 1, `text` is null, a character can't be read, stray continuation
+///   bytes keep a step from moving on, or memory is short (the list is
+///   allocated for
+///   (`end` - `start`) / `chunk` breaks of 8 bytes).
 QUILL_EXPORT int32_t utf8_ComputeBreaks(QuillBlock text, int32_t start,
                                         int32_t end, int32_t chunk,
                                         QuillBlock* list, int32_t* long_count,
                                         int32_t reference, QuillYield yield);
 
+/// Lists the breaks that cut a range into lines of at most `width` bytes, after
+/// a space where the line has one.
+///
+/// A line that reaches its width is cut after its last space or, without one,
+/// after the character that reached it; that character is taken whole, so a
+/// line may be up to 3 bytes too long. A carriage return or line feed is no
+/// break: it starts the width anew, but a space before it may still be the one
+/// that the line is cut after. The last line, which fits, has no break.
+///
+/// @param text the text's Block, only read; comes back unlocked
+/// @param start offset at which the first line begins
+/// @param end end of the range, exclusive, at most the Block's size
+/// @param width the most bytes in a line, at least 1
+/// @param list receives a new Block with the breaks, as utf8_ComputeBreaks
+/// @param long_count receives the number of longs in the list
+/// @param reference handed to `yield` unchanged
+/// @param yield asked every YieldMax lines, the last one included; hears the
+/// offset
+///   at which the next line begins. A stop ends the list there.
+/// @return 1 with the list, also after a stop. 0, with nothing written, as for
+///   utf8_ComputeBreaks, also when the list can't grow.
 QUILL_EXPORT int32_t utf8_ComputeSpaceBreaks(
     QuillBlock text, int32_t start, int32_t end, int32_t width,
     QuillBlock* list, int32_t* long_count, int32_t reference, QuillYield yield);
@@ -1178,6 +1385,41 @@ QUILL_EXPORT int32_t utf8_ReplacePatternAll(
 // Replacing words through a table
 // ---------------------------------------------------------------------------
 
+/// Replaces the words of a range by what a word table gives for them.
+///
+/// The matches of a range pattern are the words of the text. Each is looked up
+/// in the table: the first entry, in table order, whose characters the match
+/// begins with, mapped, takes the place of the whole match. Matches that begin
+/// with none stay.
+///
+/// @param text the host's variable that holds the text's Block, which is edited
+/// in
+///   place; the Block comes back unlocked
+/// @param from offset at which the search begins
+/// @param to in: end of the range; out, on success after an edit: moved by the
+///   change in the text's length
+/// @param parts the parts of the range pattern
+/// @param part_count number of parts
+/// @param words pointers to the table's entries
+/// @param word_count number of entries
+/// @param mask_keys the mask's keys, in ascending order, or null
+/// @param mask_values the mask's values, or null
+/// @param mask_count number of entries in the mask
+/// @param new_end receives the value of `to` at once, and its new value on
+/// success
+/// @param reference handed to `yield` unchanged
+/// @param yield asked by the pattern search only, as by utf8_FindPatternAll; a
+/// stop
+///   keeps the words found so far, which are then replaced
+/// @return 1 when the words were replaced, or none was found. 0, with the text
+/// and
+///   `to` as they were, when the variable holds no Block, `from` is negative,
+///   `to` lies beyond the text, an entry that matches has a negative length,
+///   memory is short, or the result would exceed 2,147,483,647 bytes.
+///
+/// A table of many words is indexed once, so that each match costs a few steps
+/// for each of its characters; when memory is too short for that, its words are
+/// tried in order.
 QUILL_EXPORT int32_t utf8_WordTableReplace(
     QuillBlock* text, int32_t from, int32_t* to,
     const QuillRangePart* const* parts, int32_t part_count,
@@ -1460,15 +1702,57 @@ QUILL_EXPORT int32_t InsertMultiple(QuillBlock* text,
                                     QuillReplaceEntry** entries,
                                     int32_t entry_count);
 
+/// Makes a replace table from a selection list: a Block of pointers to
+/// QuillReplaceEntry, one for each selection.
+///
+/// Each entry is allocated by itself and belongs to the table; its start and
+/// end are the selection's, its other fields are cleared. The table is handed
+/// over unlocked.
+///
+/// @param selections the list's Block, only read; comes back unlocked
+/// @param long_count number of longs of the list to use, two for each entry; a
+///   lone last one is left out, and so is what the list does not hold
+/// @param table receives the table, to be released with DisposeReplaceTable;
+/// null
+///   on failure
+/// @param entry_count receives the number of entries; 0 on failure
+/// @return 0 when `long_count` is 0 or less, `selections` is null or memory is
+///   short, in which case nothing stays allocated; else 1.
 QUILL_EXPORT int32_t iArrayToReplaceTable(QuillBlock selections,
                                           int32_t long_count, QuillBlock* table,
                                           int32_t* entry_count);
 
+/// Looks up the word of every entry of a replace table and notes in the entry
+/// what is to be put in its place.
+///
+/// An entry takes the replacement of the first word that its selection begins
+/// with, each character mapped, and the kind 1, 2 or 3 when that is shorter
+/// than, as long as or longer than the selection. Without such a word its
+/// replacement is null, its length and kind are 0.
+///
+/// @param entries the table's first entry pointer (the locked Block's contents)
+/// @param entry_count number of entries
+/// @param words pointers to the word table's entries
+/// @param word_count number of words
+/// @param text the text that the selections lie in; read inside them only
+/// @param mask_keys the mask's keys, in ascending order, or null
+/// @param mask_values the mask's values, or null
+/// @param mask_count number of entries in the mask
+/// @return 1 always. The replacements stay the word table's; they are not
+/// copied.
+///
+/// Many entries and words are matched through an index made for the call, as by
+/// utf8_WordTableReplace.
 QUILL_EXPORT int32_t WordTable_FillReplaceTable(
     QuillReplaceEntry** entries, int32_t entry_count, QuillWordEntry** words,
     int32_t word_count, char* text, int32_t* mask_keys, int32_t* mask_values,
     int32_t mask_count);
 
+/// Releases a replace table and the entries that belong to it.
+///
+/// @param table a table from iArrayToReplaceTable
+/// @param entry_count the number of its entries
+/// @return 0, with nothing released, when `table` is null; else 1.
 QUILL_EXPORT int32_t DisposeReplaceTable(QuillBlock table, int32_t entry_count);
 
 /// Compares two selections by the text that they cover, in the order of
