@@ -23,6 +23,11 @@ class CoverageWindow {
   // Whether each character is a single byte.
   bool is_ascii() const { return characters_ == limit_ - base_; }
 
+  bool is_bare(Offset position) const {
+    const Offset index = position - base_;
+    return (words_[index / 64] >> (index % 64) & 1) == 0;
+  }
+
   // Whether `position` lies inside, in a search that ends at `to`.
   bool holds(Offset position, Offset to) const {
     return base_ <= position && position < limit_ && to_ == to;
@@ -40,6 +45,34 @@ class CoverageWindow {
     to_ = to;
     size_ = std::min(size_ * 4, CharacterClass::kMostCovered);
     if (limit_ > base_) cover(text, pattern);
+  }
+
+  // Hands the runs of covered bytes from `position` on, which is bare, to
+  // `take` until it answers false. One that ends with the window is left out.
+  template <class Take>
+  void each_run(Offset position, Take take) const {
+    const Offset length = limit_ - base_;
+    Offset index = (position - base_) / 64;
+    std::uint64_t word = words_[index] & ~std::uint64_t{0}
+                                             << ((position - base_) % 64);
+    std::uint64_t before = 0;  // the last bit of the word before
+    Offset start = -1;
+    while (true) {
+      // Runs begin and end where a bit differs from the one before it.
+      std::uint64_t edges = word ^ (word << 1 | before);
+      for (; edges != 0; edges &= edges - 1) {
+        const Offset at = base_ + index * 64 + std::countr_zero(edges);
+        if (start < 0) {
+          start = at;
+          continue;
+        }
+        if (at == limit_ || !take(start, at)) return;
+        start = -1;
+      }
+      if (++index * 64 >= length) return;
+      before = word >> 63;
+      word = words_[index];
+    }
   }
 
   // The first byte from `position` on that is covered, or that is not; or

@@ -22,8 +22,8 @@ bool PatternSearcher::decide() {
     way_ = range_length_ >= kWorthPreparing && prepared_.prepare(range_length_)
                ? Way::kPrepared
                : Way::kByTheBook;
-    simple_ = way_ == Way::kPrepared && pattern_.part_count == 1 &&
-              prepared_.minimum_of(0) == 1 && prepared_.limit_of(0) == kMaxLong;
+    is_run_ = way_ == Way::kPrepared && pattern_.part_count == 1 &&
+              prepared_.has_starters();
   }
   return way_ == Way::kPrepared;
 }
@@ -123,7 +123,6 @@ PatternMatch PatternSearcher::attempt_in_window(Offset position, Offset to) {
   if (run_end == window_.limit() && run_end < to) {
     return finish_attempt(position, prepared_.run_of(0, position, to), to);
   }
-  if (simple_) return {run_end, true};
   return finish_attempt(position, run_in_window(position, run_end), to);
 }
 
