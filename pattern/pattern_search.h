@@ -80,7 +80,8 @@ class PatternSearcher {
   Offset next_attempt(Offset position, Offset above, Offset after,
                       Offset to) const;
 
-  // Puts the window where it holds `position`. False where it can't.
+  // Puts the window, which does not hold `position`, there. False where it
+  // can't.
   bool open_window(Offset position, Offset to);
 
   // Whether the window has at least that many characters from a run's start to
@@ -88,8 +89,8 @@ class PatternSearcher {
   bool has_characters(Offset start, Offset end, Offset least) const {
     const Offset length = end - start;  // of characters of 1 to 4 bytes
     if (window_.is_ascii() || length < least) return length >= least;
-    return length >= 4 * least ||
-           count_leads(text_ + start, text_ + end) >= least;
+    if (length >= 4 * least) return true;
+    return count_leads(text_ + start, text_ + end) >= least;
   }
 
   // An attempt at a candidate in the window. When it fails, `next` is the first
@@ -97,6 +98,7 @@ class PatternSearcher {
   PatternMatch attempt_in_window(Offset position, Offset to);
   PatternMatch finish_attempt(Offset position, const PreparedPattern::Run& run,
                               Offset to);
+  Offset match_rest(Offset position, Offset to);
   PreparedPattern::Run run_in_window(Offset position, Offset run_end) const;
 
   const Byte* text_;
@@ -132,14 +134,14 @@ PatternSearcher::Taken PatternSearcher::take_runs(Offset position, Offset to,
   }
   window_.each_run(position, [&](Offset start, Offset end) {
     // Runs longer than the limit are several matches.
-    while (start < end && has_characters(start, end, minimum)) {
+    for (Offset match_end = 0; start < end; start = match_end) {
+      if (!has_characters(start, end, minimum)) break;
       if (taken.searches >= most) return false;
-      const Offset match_end = std::min(end - start, limit) + start;
+      match_end = end - start > limit ? start + limit : end;
       taken.position = match_end;
       taken.refused = !take(to_long(start), to_long(match_end));
       if (taken.refused) return false;
       ++taken.searches;
-      start = match_end;
     }
     return true;
   });
