@@ -12,18 +12,17 @@ namespace {
 // type that returns the byte, which is returned in the same register.
 using YieldByte = unsigned char (*)(std::int32_t, std::int32_t);
 
+}  // namespace
+
 #if defined(__clang__)
 __attribute__((no_sanitize("function")))
 #endif
-bool answers_true(QuillYield yield, std::int32_t reference,
-                  std::int32_t progress) {
-  return std::bit_cast<YieldByte>(yield)(reference, progress) == 1;
+bool ask_host(QuillYield yield, std::int32_t reference, Offset progress) {
+  return std::bit_cast<YieldByte>(yield)(reference, to_long(progress)) == 1;
 }
 
-}  // namespace
-
 void YieldMeter::ask(Offset progress) {
-  go_on_ = answers_true(yield_, reference_, to_long(progress));
+  go_on_ = ask_host(yield_, reference_, progress);
   count_ = 0;
 }
 

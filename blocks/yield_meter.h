@@ -18,6 +18,11 @@
 
 namespace quill {
 
+// Asks the host once, outside any counting. False unless the byte that it
+// answers with is 1.
+[[nodiscard]] bool ask_host(QuillYield yield, std::int32_t reference,
+                            Offset progress);
+
 class YieldMeter {
  public:
   YieldMeter(std::int32_t reference, QuillYield yield)

@@ -20,6 +20,13 @@ struct Selection {
 };
 static_assert(sizeof(Selection) == 8);
 
+// An element of a key selection list: a match and the key found inside it.
+struct KeyRecord {
+  Selection key;
+  Selection super;
+};
+static_assert(sizeof(KeyRecord) == 16);
+
 // The whole selections of a list of longs.
 inline std::span<Selection> selections_of(std::span<std::int32_t> longs) {
   return {reinterpret_cast<Selection*>(longs.data()), longs.size() / 2};

@@ -1,0 +1,176 @@
+// Break lists: every n characters, or where lines are cut at spaces.
+//
+// A break list is a selection list in which every break is an empty selection.
+#include <algorithm>
+
+#include "blocks/active_block.h"
+#include "blocks/block_lock.h"
+#include "blocks/byte_scan.h"
+#include "blocks/yield_meter.h"
+#include "quillcore.h"
+#include "utf8/characters.h"
+
+using namespace quill;
+
+namespace {
+
+constexpr Offset kBytesPerBreak = 8;
+
+struct Range {
+  const Byte* text;
+  Offset start;
+  Offset end;
+};
+
+struct BreakList {
+  explicit BreakList(Offset breaks) : block(to_long(breaks * kBytesPerBreak)) {}
+
+  bool is_full() const { return block.room() < kBytesPerBreak; }
+  [[nodiscard]] bool grow() {
+    return block.resize(block.capacity() + 1'000'000);
+  }
+  void store(Offset position) {
+    const std::int32_t pair[] = {to_long(position), to_long(position)};
+    block.append(pair, sizeof pair);
+  }
+
+  ActiveBlock block;
+};
+
+struct Stepped {
+  Offset position;
+  Offset characters;
+  bool readable;
+};
+
+// Steps over `wanted` characters, each the one that contains the position
+// reached. Among stray continuation bytes a step leads back to the end of the
+// character before them, and so do all that follow it.
+Stepped step(const Range& in, Offset position, Offset wanted) {
+  Offset done = 0;
+  while (done < wanted && position < in.end) {
+    const Walk walk =
+        walk_characters(in.text + position, in.text + in.end, wanted - done);
+    done += walk.characters;
+    position = walk.next - in.text;
+    if (done == wanted || position == in.end) break;
+    const Character read = read_containing(in.text, position, in.end);
+    if (!read.found) return {in.end, 0, false};
+    done = read.next > position ? done + 1 : wanted;
+    position = read.next;
+  }
+  return {position, done, true};
+}
+
+// False when a character can't be read, or when stray continuation bytes keep
+// a step from moving: it would never end.
+bool break_every(const Range& in, Offset chunk, BreakList& list,
+                 YieldMeter meter) {
+  Offset position = in.start;
+  while (position < in.end && meter.go_on()) {
+    const Stepped stepped = step(in, position, chunk);
+    if (!stepped.readable || stepped.position <= position) return false;
+    position = stepped.position;
+    if (stepped.characters == chunk) {
+      if (list.is_full()) return false;
+      list.store(position);
+    }
+    meter.tick(position);
+  }
+  return true;
+}
+
+struct Line {
+  Offset end;  // where the next one begins; the range's end for the last
+  bool readable;
+};
+
+// The line that begins at `start`. A feed starts its width anew but does not
+// make the line forget its last space.
+Line find_line(const Range& in, Offset start, Offset width) {
+  Offset position = start;
+  Offset limit = start + width;
+  Offset after_space = -1;
+  while (position < limit && position < in.end) {
+    const Character read = read_next(in.text, position, in.end);
+    if (!read.found) return {in.end, false};
+    position = read.next;
+    if (read.packed == '\r' || read.packed == '\n') {
+      limit = position + width;
+    } else if (read.packed == ' ') {
+      after_space = position;
+    }
+  }
+  if (position == in.end || after_space < 0) return {position, true};
+  return {after_space, true};
+}
+
+// False when a character can't be read or the list can't grow.
+bool break_at_spaces(const Range& in, Offset width, BreakList& list,
+                     YieldMeter meter) {
+  Offset position = in.start;
+  while (position < in.end && meter.go_on()) {
+    const Line line = find_line(in, position, width);
+    if (!line.readable) return false;
+    position = line.end;
+    if (position < in.end) {
+      if (list.is_full() && !list.grow()) return false;
+      list.store(position);
+    }
+    meter.tick(position);
+  }
+  return true;
+}
+
+struct Request {
+  QuillBlock text;
+  std::int32_t start;
+  std::int32_t end;
+  std::int32_t unit;  // characters or bytes from one break to the next
+  QuillBlock* list;
+  std::int32_t* long_count;
+};
+
+// Checks the request, has `fill` find the breaks, and hands the list over.
+template <class Fill>
+std::int32_t make_list(const Request& request, Fill fill) {
+  const Offset length = Offset{request.end} - request.start;
+  if (request.start < 0 || length < 1 || request.unit < 1 ||
+      request.end > GetHandleSize(request.text)) {
+    return 0;
+  }
+  const Offset breaks = length / request.unit;
+  if (breaks * kBytesPerBreak > kMaxLong) return 0;
+  BreakList list(breaks);
+  const BlockLock text(request.text);
+  const Range range{text.bytes(), request.start, request.end};
+  if (!list.block.alive() || !fill(range, list)) return 0;
+  const Offset longs = list.block.in_use() / 4;
+  *request.list = list.block.finish();
+  *request.long_count = to_long(longs);
+  return 1;
+}
+
+}  // namespace
+
+std::int32_t utf8_ComputeBreaks(QuillBlock text, std::int32_t start,
+                                std::int32_t end, std::int32_t chunk,
+                                QuillBlock* list, std::int32_t* long_count,
+                                std::int32_t reference, QuillYield yield) {
+  return make_list({text, start, end, chunk, list, long_count},
+                   [&](const Range& in, BreakList& breaks) {
+                     return break_every(in, chunk, breaks,
+                                        YieldMeter(reference, yield));
+                   });
+}
+
+std::int32_t utf8_ComputeSpaceBreaks(QuillBlock text, std::int32_t start,
+                                     std::int32_t end, std::int32_t width,
+                                     QuillBlock* list, std::int32_t* long_count,
+                                     std::int32_t reference, QuillYield yield) {
+  return make_list({text, start, end, width, list, long_count},
+                   [&](const Range& in, BreakList& breaks) {
+                     return break_at_spaces(in, width, breaks,
+                                            YieldMeter(reference, yield));
+                   });
+}
