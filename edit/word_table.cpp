@@ -1,6 +1,7 @@
 // Replacing words through a table: a pattern finds the words of a text, the
 // table says what to put in their place, and one edit puts it there.
 #include "blocks/block_lock.h"
+#include "edit/insert_multiple.h"
 #include "edit/word_index.h"
 #include "pattern/pattern_search_all.h"
 #include "quillcore.h"
@@ -10,11 +11,8 @@ using namespace quill;
 
 namespace {
 
-// What an entry's kind says about the length of its replacement.
-enum Kind : std::int32_t { kNone = 0, kShorter = 1, kSame = 2, kLonger = 3 };
-
-Kind kind_of(Offset replacement_length, Offset selection_length) {
-  if (replacement_length == selection_length) return kSame;
+ReplaceKind kind_of(Offset replacement_length, Offset selection_length) {
+  if (replacement_length == selection_length) return kSameLength;
   return replacement_length < selection_length ? kShorter : kLonger;
 }
 
@@ -67,22 +65,24 @@ struct Replacements {
     }
   }
 
+  std::span<QuillReplaceEntry* const> used() const {
+    return pointers.span().first(static_cast<std::size_t>(count));
+  }
+
   Scratch<QuillReplaceEntry> entries;
   Scratch<QuillReplaceEntry*> pointers;
   Offset count = 0;
 };
 
 // False when memory is short or the edit fails.
-bool replace_words(QuillBlock& text, QuillBlock list, const WordTable& table,
+bool replace_words(QuillBlock text, QuillBlock list, const WordTable& table,
                    const Mask& mask) {
   const BlockLock selections(list);
   const std::span<const Selection> words = selections_of(selections.longs());
   Replacements replacements(static_cast<Offset>(words.size()));
   if (replacements.refused()) return false;
   replacements.look_up(BlockLock(text).bytes(), words, table, mask);
-  return replacements.count == 0 ||
-         InsertMultiple(&text, replacements.pointers.data(),
-                        to_long(replacements.count)) == 1;
+  return replacements.count == 0 || insert_multiple(text, replacements.used());
 }
 
 }  // namespace
@@ -103,7 +103,7 @@ std::int32_t WordTable_FillReplaceTable(QuillReplaceEntry** entries,
     const QuillWordEntry* word =
         index.find({as_bytes(text), entry.start, entry.end, mask});
     entry = word == nullptr
-                ? QuillReplaceEntry{entry.start, entry.end, nullptr, 0, kNone}
+                ? QuillReplaceEntry{entry.start, entry.end, nullptr, 0, kKeep}
                 : entry_for(*word, entry.start, entry.end);
   }
   return 1;
@@ -120,13 +120,13 @@ std::int32_t utf8_WordTableReplace(
   const std::int32_t end = *to;
   *new_end = end;
   const std::int32_t size = GetHandleSize(block);
-  if (block == nullptr || from < 0 || end > size) return 0;
+  if (block == nullptr || end > size) return 0;
 
   const Host host{reference, yield};
   const auto find_words = [&] {
     const BlockLock lock(block);
-    const PatternSearcher searcher(lock.contents(), {parts, part_count}, host);
-    return find_all_matches(searcher, from, end, host);
+    return find_all_matches(lock.contents(), {parts, part_count}, from, end,
+                            host);
   };
   const PatternList found = find_words();
   if (!found.made) return 0;

@@ -1,8 +1,49 @@
-// The exported test of a match's sides.
 #include "search/break_chars.h"
 
+#include <algorithm>
+
+#include "blocks/longs.h"
 #include "quillcore.h"
 #include "utf8/mask.h"
+
+namespace quill {
+
+bool IndexedBreaks::search(std::int32_t mapped) {
+  for (Offset i = 0; i < set_.count; ++i) {
+    if (set_.characters[i] != mapped) continue;
+    patience_ -= i;
+    if (patience_ < 0) index();
+    return true;
+  }
+  patience_ -= set_.count;
+  if (patience_ < 0) index();
+  return false;
+}
+
+void IndexedBreaks::index() {
+  indexed_ = true;
+  Offset longer_count = 0;
+  for (Offset i = 0; i < set_.count; ++i) {
+    const auto bits = static_cast<std::uint32_t>(set_.characters[i]);
+    if (bits < 128) {
+      ascii_[bits >> 6] |= std::uint64_t{1} << (bits & 63);
+    } else {
+      ++longer_count;
+    }
+  }
+  longer_.emplace(longer_count);
+  if (longer_->refused()) return;
+  std::copy_if(set_.characters, set_.characters + set_.count, longer_->data(),
+               [](std::int32_t member) { return member < 0 || member >= 128; });
+  std::sort(longer_->data(), longer_->data() + longer_count);
+}
+
+bool IndexedBreaks::contains_longer(std::int32_t mapped) const {
+  if (longer_->refused()) return set_.contains(mapped);
+  return find_long(longer_->data(), to_long(longer_->size()), mapped).found;
+}
+
+}  // namespace quill
 
 using namespace quill;
 

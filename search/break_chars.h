@@ -6,7 +6,11 @@
 // is no break.
 #pragma once
 
+#include <algorithm>
+#include <optional>
+
 #include "blocks/base.h"
+#include "blocks/scratch.h"
 #include "utf8/characters.h"
 
 namespace quill {
@@ -24,6 +28,33 @@ struct BreakSet {
     }
     return false;
   }
+};
+
+// A break set that is asked many times: the same answers, but once searching
+// through a long one has cost as much as indexing it, from an index. Where
+// there is no memory for that, the set is searched on.
+class IndexedBreaks {
+ public:
+  explicit IndexedBreaks(const BreakSet& set)
+      : set_(set), patience_(Offset{4} * std::max(set.count, 0) + 128) {}
+
+  bool contains(std::int32_t mapped) {
+    if (!indexed_) return search(mapped);
+    const auto bits = static_cast<std::uint32_t>(mapped);
+    if (bits < 128) return (ascii_[bits >> 6] >> (bits & 63) & 1) != 0;
+    return contains_longer(mapped);
+  }
+
+ private:
+  bool search(std::int32_t mapped);
+  void index();
+  bool contains_longer(std::int32_t mapped) const;
+
+  BreakSet set_;
+  Offset patience_;  // members that may still be looked at one by one
+  bool indexed_ = false;
+  std::uint64_t ascii_[2] = {};
+  std::optional<Scratch<std::int32_t>> longer_;  // the others, ascending
 };
 
 struct Sides {

@@ -3,6 +3,8 @@
 // Every offset passed counts as one unit. From one question to the host to the
 // next the units are known beforehand, so each stretch between two questions
 // is searched at once and its units are counted together.
+#include "search/byte_search.h"
+
 #include <algorithm>
 
 #include "blocks/byte_scan.h"
@@ -20,12 +22,6 @@ bool are_searchable(const char* text, std::int32_t start, std::int32_t end,
          pattern != nullptr && pattern_length >= 1 &&
          pattern_length <= end - start;
 }
-
-struct TextRange {
-  const Byte* text;
-  Offset start;
-  Offset end;
-};
 
 // Goes from `position` to the next match; counts every position without one.
 // `position` is then that of the match, or where the scan ended. The host
@@ -63,8 +59,8 @@ Offset list_matches(const TextRange& range, ByteSearcher& searcher,
   return position;
 }
 
-// The host hears the position about to be examined, and after a stop that
-// position is still looked at.
+}  // namespace
+
 Offset scan_for_byte(const TextRange& range, Byte wanted, YieldMeter& meter) {
   const Byte* const text = range.text;
   Offset position = range.start;
@@ -83,7 +79,6 @@ Offset scan_for_byte(const TextRange& range, Byte wanted, YieldMeter& meter) {
   return -1;
 }
 
-}  // namespace
 }  // namespace quill
 
 using namespace quill;

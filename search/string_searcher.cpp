@@ -1,15 +1,60 @@
 #include "search/string_searcher.h"
 
-#include <cstring>
+#include <algorithm>
 
 namespace quill {
+namespace {
+
+// A range below the first is searched without a filter; in a longer one so
+// much goes by before the filter is prepared.
+constexpr Offset kWorthFilter = 12'000;
+constexpr Offset kPatience = 2'000;
+
+}  // namespace
 
 StringSearcher::StringSearcher(const StringQuery& query)
     : query_(query),
       mask_(query.mask, query.end - query.start),
+      breaks_(query.word.set),
       has_first_byte_(query.mask.count <= 0 && query.pattern.count >= 1 &&
                       query.pattern.elements != nullptr &&
-                      query.pattern.is_fixed(0)) {}
+                      query.pattern.is_fixed(0)),
+      patience_(query.end - query.start < kWorthFilter ? kMaxLong : kPatience) {
+  if (query.is_valid_from(query.start) && query.pattern.is_fixed(0)) {
+    note_first_leads();
+  }
+}
+
+// The bytes that a character can begin with which maps to the first element.
+void StringSearcher::note_first_leads() {
+  int count = 0;
+  visit_sources(query_.pattern.elements[0], query_.mask,
+                [this, &count](std::int32_t character) {
+                  const Byte lead = byte_of(character, 0);
+                  if (count == 0 || lead != first_lead_) ++count;
+                  first_lead_ = lead;
+                  first_leads_.add(lead);
+                });
+  first_ = count == 1 ? First::kByte : First::kSet;
+}
+
+Offset StringSearcher::find_first_lead(Offset from, Offset limit) const {
+  const Byte* const first = query_.text + from;
+  const Byte* const last = query_.text + limit;
+  const Byte* const found = first_ == First::kByte
+                                ? find_byte(first, last, first_lead_)
+                                : find_member(first, last, first_leads_);
+  return found - query_.text;
+}
+
+Offset StringSearcher::find_last_lead(Offset from, Offset limit) const {
+  const Byte* const first = query_.text + from;
+  const Byte* const last = query_.text + limit;
+  const Byte* const found =
+      first_ == First::kByte ? find_byte_backward(first, last, first_lead_)
+                             : find_member_backward(first, last, first_leads_);
+  return found - query_.text;
+}
 
 bool StringSearcher::matches_at(Offset position, Match& match) {
   const Comparison compared = compare_characters(
@@ -23,22 +68,71 @@ bool StringSearcher::is_word(const Match& match) {
   const WordTest& word = query_.word;
   if (!word.set.is_given()) return word.accepts({1, 1});
   return word.accepts(test_sides(query_.text, query_.end, match.start,
-                                 match.end, mask_, word.set, word.edge));
+                                 match.end, mask_, breaks_, word.edge));
+}
+
+// Prepares the filter once patience has run out.
+bool StringSearcher::filters_now() {
+  if (filter_ || patience_ > 0) return filter_.has_value();
+  filter_.emplace().prepare(query_.text, query_.start, query_.end,
+                            query_.pattern, query_.mask);
+  return true;
+}
+
+Offset StringSearcher::next_candidate(Offset from, Offset limit) {
+  while (!filters_now()) {
+    if (first_ == First::kAny) {
+      --patience_;
+      return from;
+    }
+    const Offset stop = std::min(limit, from + patience_);
+    const Offset found = find_first_lead(from, stop);
+    patience_ -= found - from;
+    if (found < stop || stop == limit) return found;
+    from = stop;
+  }
+  return filter_->next(from, limit);
 }
 
 bool StringSearcher::next_match(Offset from, Offset limit, Match& match) {
-  for (Offset p = from; p < limit; ++p) {
-    if (is_continuation(query_.text[p])) continue;
-    if (matches_at(p, match)) return true;
+  while ((from = next_candidate(from, limit)) < limit) {
+    if (!is_continuation(query_.text[from]) && matches_at(from, match)) {
+      return true;
+    }
+    ++from;
   }
   return false;
 }
 
-bool StringSearcher::previous_match(Offset from, Offset limit, Match& match) {
-  for (Offset p = limit; p-- > from;) {
-    if (matches_at(p, match)) return true;
+Offset StringSearcher::previous_candidate(Offset from, Offset limit) {
+  while (!filters_now()) {
+    if (first_ == First::kAny) {
+      --patience_;
+      return limit - 1;
+    }
+    const Offset stop = std::max(from, limit - patience_);
+    const Offset found = find_last_lead(stop, limit);
+    patience_ -= limit - stop;
+    if (found < limit) return found;
+    if (stop == from) return from - 1;
+    limit = stop;
   }
-  return false;
+  return filter_->previous(from, limit);
+}
+
+// A comparison from a continuation byte reads what one from the next lead byte
+// has read before, with the same character before it: it fails as that did.
+// Only at offset 0 the side before the match is another, the text's edge.
+bool StringSearcher::previous_match(Offset from, Offset limit, Match& match) {
+  Offset position = limit;
+  while ((position = previous_candidate(from, position)) >= from) {
+    if (!is_continuation(query_.text[position]) &&
+        matches_at(position, match)) {
+      return true;
+    }
+    if (position == from) break;
+  }
+  return from == 0 && is_continuation(query_.text[0]) && matches_at(0, match);
 }
 
 }  // namespace quill

@@ -6,9 +6,12 @@
 // around it.
 #pragma once
 
+#include <optional>
+
 #include "blocks/base.h"
 #include "search/break_chars.h"
 #include "search/comparison.h"
+#include "search/string_filter.h"
 #include "utf8/mask.h"
 #include "utf8/mask_table.h"
 
@@ -46,7 +49,8 @@ class StringSearcher {
   // valid query. It may reach past `limit`, up to the end of the range.
   bool next_match(Offset from, Offset limit, Match& match);
 
-  // The last match that begins in [from, limit), continuation bytes included.
+  // The last match that begins in [from, limit), continuation bytes included;
+  // `limit` is never higher than in the call before.
   bool previous_match(Offset from, Offset limit, Match& match);
 
   const StringQuery& query() const { return query_; }
@@ -58,10 +62,26 @@ class StringSearcher {
 
  private:
   bool is_word(const Match& match);
+  Offset next_candidate(Offset from, Offset limit);
+  Offset previous_candidate(Offset from, Offset limit);
+  void note_first_leads();
+  Offset find_first_lead(Offset from, Offset limit) const;
+  Offset find_last_lead(Offset from, Offset limit) const;
+  bool filters_now();
 
   const StringQuery query_;
   MaskTable mask_;
+  IndexedBreaks breaks_;
   bool has_first_byte_;
+
+  // Short searches look for the bytes that the first character can begin with,
+  // often only one. Once that has gone on for a while, a filter pays.
+  enum class First { kAny, kByte, kSet };
+  First first_ = First::kAny;
+  Byte first_lead_ = 0;
+  Offset patience_;
+  ByteSet first_leads_;
+  std::optional<StringFilter> filter_;
 };
 
 }  // namespace quill

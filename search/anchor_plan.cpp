@@ -1,0 +1,121 @@
+#include "search/anchor_plan.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+namespace quill {
+namespace {
+
+constexpr auto kContinuations = [] {
+  ByteSet set;
+  set.add_range(0x80, 0xBF);
+  return set;
+}();
+
+// Calls `visit` with every member.
+template <class Visit>
+void visit_members(const ByteSet& set, Visit visit) {
+  for (unsigned column = 0; column < 32; ++column) {
+    unsigned bits = column < 16 ? set.lower[column] : set.upper[column - 16];
+    for (; bits != 0; bits &= bits - 1) {
+      const auto high = static_cast<unsigned>(std::countr_zero(bits));
+      visit((column & 16) << 3 | high << 4 | (column & 15));
+    }
+  }
+}
+
+}  // namespace
+
+ByteShares::ByteShares(const Byte* text, Offset start, Offset end) {
+  constexpr Offset kPlaces = 32;
+  constexpr Offset kBytes = 32;  // read at each place
+  std::array<std::uint16_t, 256> seen{};
+  const Offset step = std::max<Offset>((end - start) / kPlaces, 1);
+  Offset total = 0;
+  for (Offset place = start; place < end; place += step) {
+    const Offset limit = std::min(place + std::min(step, kBytes), end);
+    for (Offset i = place; i < limit; ++i) ++seen[text[i]];
+    total += limit - place;
+  }
+  // What was not seen is rare, not absent.
+  const float unit = 1.0F / (static_cast<float>(total) + 64);
+  for (std::size_t i = 0; i < seen.size(); ++i) {
+    shares_[i] = (static_cast<float>(seen[i]) + 0.25F) * unit;
+  }
+}
+
+double ByteShares::of(const ByteSet& set) const {
+  double sum = 0;
+  visit_members(set, [&](unsigned byte) { sum += shares_[byte]; });
+  return std::min(sum, 1.0);
+}
+
+int ByteSpread::known() const {
+  return starts_ == 0 ? 0 : std::countr_zero(starts_);
+}
+
+void ByteSpread::add_character(const ByteSet* bytes, int length) {
+  for (std::uint64_t left = starts_; left != 0; left &= left - 1) {
+    const int start = std::countr_zero(left);
+    for (int i = 0; i < length && start + i < kWindow; ++i) {
+      at_[static_cast<std::size_t>(start + i)].add_all(bytes[i]);
+    }
+  }
+}
+
+void ByteSpread::add(const CharShapes& shapes) {
+  if (is_full()) return;
+  constexpr std::uint64_t kInside = (std::uint64_t{1} << kWindow) - 1;
+  if (order_ == Order::kAnywhere && starts_ != 1) {
+    // Any number of strays may come first.
+    starts_ |= kInside & ~((starts_ & -starts_) - 1);
+    add_character(&kContinuations, 1);
+  }
+  const CharShape& shape =
+      order_ == Order::kAnywhere ? shapes.anywhere : shapes.in_order;
+  std::uint64_t next = 0;
+  for (int length = 1; length <= (order_ == Order::kAscii ? 1 : 4); ++length) {
+    const auto l = static_cast<std::size_t>(length);
+    if (!shape.has_length[l]) continue;
+    add_character(shape.bytes[l].data(), length);
+    next |= starts_ << length;
+  }
+  if (next == 0) dead_end_ = static_cast<int>(std::bit_width(starts_)) + 3;
+  starts_ = next;
+}
+
+AnchorPlan ByteSpread::plan(const ByteShares& shares) const {
+  AnchorPlan plan;
+  plan.order = order_;
+  plan.pivot = pivot_;
+  if (starts_ == 0) {
+    plan.impossible = true;
+    plan.share = 0;
+    plan.reach = dead_end_;
+    return plan;
+  }
+  std::array<double, kWindow> share{};
+  const int limit = std::min(known(), kWindow);
+  for (int i = 0; i < limit; ++i) {
+    const auto at = static_cast<std::size_t>(i);
+    share[at] = shares.of(at_[at]);
+  }
+  // More anchors cost time everywhere: they must make up for it.
+  constexpr double kRareEnough = 0.0001;
+  constexpr double kUseful = 0.7;
+  while (plan.anchor_count < kMostAnchors && plan.share > kRareEnough) {
+    const auto* const best =
+        std::min_element(share.begin(), share.begin() + limit);
+    if (best == share.begin() + limit || *best > kUseful) break;
+    const auto at = static_cast<std::size_t>(best - share.begin());
+    plan.anchors[static_cast<std::size_t>(plan.anchor_count++)] =
+        Anchor(at_[at], best - share.begin());
+    plan.reach = std::max<Offset>(plan.reach, best - share.begin() + 1);
+    plan.share *= share[at];
+    share[at] = 1;
+  }
+  return plan;
+}
+
+}  // namespace quill

@@ -1,0 +1,66 @@
+// What one element of a pattern can look like in a text: for every length of
+// character the bytes that can stand at each of its places.
+//
+// A fixed element is every character that the mask maps to it, an open one any
+// character. Which bytes go together is forgotten, so a shape may admit more
+// characters than there are, never fewer.
+#pragma once
+
+#include <array>
+
+#include "blocks/byte_set.h"
+#include "search/comparison.h"
+#include "utf8/mask.h"
+
+namespace quill {
+
+struct CharShape {
+  std::array<bool, 5> has_length{};
+  std::array<std::array<ByteSet, 4>, 5> bytes{};  // [length][place]
+
+  void add(std::int32_t character, Offset length) {
+    const auto l = static_cast<std::size_t>(length);
+    has_length[l] = true;
+    for (std::size_t i = 0; i < l; ++i) {
+      bytes[l][i].add(byte_of(character, static_cast<int>(i)));
+    }
+  }
+};
+
+// The shapes of one element: in any text, and in a text in which every lead
+// byte is followed by exactly the continuation bytes that it announces.
+struct CharShapes {
+  CharShape anywhere;
+  CharShape in_order;
+};
+
+CharShapes fixed_shapes(std::int32_t element, const Mask& mask);
+const CharShapes& open_shapes();
+
+// Calls `visit` with every character that maps to `element`, some perhaps
+// twice. Only keys with that value and the element itself come into question;
+// each is looked up, so that the answer is the mask's own whatever its order.
+template <class Visit>
+void visit_sources(std::int32_t element, const Mask& mask, Visit visit) {
+  if (mask.map(element) == element) visit(element);
+  if (mask.is_identity()) return;
+  constexpr std::int32_t kBatch = 8;
+  const auto visit_between = [&](std::int32_t i, std::int32_t limit) {
+    for (; i < limit; ++i) {
+      if (mask.values[i] != element) continue;
+      if (mask.map(mask.keys[i]) == element) visit(mask.keys[i]);
+    }
+  };
+  // Most batches hold none; looking at all of one is a few vector steps.
+  const std::int32_t whole = mask.count - mask.count % kBatch;
+  for (std::int32_t i = 0; i < whole; i += kBatch) {
+    unsigned hits = 0;
+    for (std::int32_t k = 0; k < kBatch; ++k) {
+      hits |= static_cast<unsigned>(mask.values[i + k] == element);
+    }
+    if (hits != 0) visit_between(i, i + kBatch);
+  }
+  visit_between(whole, mask.count);
+}
+
+}  // namespace quill

@@ -1,0 +1,289 @@
+#include "search/string_filter.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace quill {
+namespace {
+
+// What is reckoned with, in nanoseconds: looking at a candidate, and proving
+// a byte in order.
+constexpr double kCandidateCost = 15;
+constexpr double kProofCost = 0.06;
+
+// So many candidates in a row, each so close to the one before, are thick.
+constexpr Offset kThick = 96;
+constexpr int kManyThick = 4;
+
+// The elements that anchors can depend on.
+constexpr std::int32_t kMostElements = 24;
+constexpr std::size_t kMostPivots = 3;
+
+// The spreads of a pattern in text in order: from its start, and from the
+// elements that follow open ones, since those blur what lies behind them.
+class PivotSpreads {
+ public:
+  explicit PivotSpreads(const CharPattern& pattern) : pattern_(pattern) {}
+
+  void add(std::int32_t index, const CharShapes& shapes) {
+    const bool starts = index == 0 || (pattern_.is_fixed(index) &&
+                                       !pattern_.is_fixed(index - 1));
+    if (starts && count_ < kMostPivots) {
+      spreads_[count_++] = ByteSpread(Order::kInOrder, index);
+    }
+    for (std::size_t i = 0; i < count_; ++i) spreads_[i].add(shapes);
+  }
+
+  AnchorPlan best(const ByteShares& shares) const {
+    AnchorPlan best = spreads_[0].plan(shares);
+    for (std::size_t i = 1; i < count_ && !best.impossible; ++i) {
+      const AnchorPlan other = spreads_[i].plan(shares);
+      if (other.impossible || other.share < best.share / 2) best = other;
+    }
+    return best;
+  }
+
+ private:
+  const CharPattern& pattern_;
+  std::array<ByteSpread, kMostPivots> spreads_ = {
+      ByteSpread(Order::kInOrder, 0), ByteSpread(Order::kInOrder, 0),
+      ByteSpread(Order::kInOrder, 0)};
+  std::size_t count_ = 0;
+};
+
+}  // namespace
+
+void StringFilter::prepare(const Byte* text, Offset start, Offset end,
+                           const CharPattern& pattern, const Mask& mask) {
+  text_ = text;
+  end_ = end;
+  segment_ = {start, start, nullptr};
+  ByteSpread anywhere(Order::kAnywhere, 0);
+  ByteSpread ascii(Order::kAscii, 0);
+  PivotSpreads pivots(pattern);
+  const std::int32_t limit = std::min(pattern.count, kMostElements);
+  for (std::int32_t i = 0; i < limit; ++i) {
+    const CharShapes shapes = pattern.is_fixed(i)
+                                  ? fixed_shapes(pattern.elements[i], mask)
+                                  : open_shapes();
+    anywhere.add(shapes);
+    ascii.add(shapes);
+    pivots.add(i, shapes);
+  }
+  const ByteShares shares(text, start, end);
+  anywhere_ = anywhere.plan(shares);
+  ascii_ = ascii.plan(shares);
+  in_order_ = pivots.best(shares);
+  uses_order_ = anywhere_.share * kCandidateCost >
+                in_order_.share * kCandidateCost + kProofCost;
+}
+
+// How far behind a candidate's start order must be proved. The elements before
+// the pivot take four bytes at most, each.
+Offset StringFilter::order_reach() const {
+  return Offset{4} * in_order_.pivot + in_order_.reach;
+}
+
+// A stretch of ASCII from `from` on, if it is worth a segment. The anchors lie
+// within it for every candidate.
+bool StringFilter::open_ascii(Offset from) {
+  const Offset wanted = from + kLongest + ascii_.reach;
+  const Offset last = std::min(wanted, end_);
+  const Offset reached = find_non_ascii(text_ + from, text_ + last) - text_;
+  const Offset limit = reached == end_ ? end_ : reached - ascii_.reach;
+  if (limit < end_ && limit - from < kShortest) return false;
+  segment_ = {from, limit, &ascii_};
+  return true;
+}
+
+bool StringFilter::open_in_order(Offset from) {
+  const Offset last = std::min(from + stride_ + order_reach() + 4, end_);
+  Offset start = from;
+  while (start < last && is_continuation(text_[start])) ++start;
+  const Walk walk = walk_characters(text_ + start, text_ + last, last - start);
+  const Offset reached = walk.next - text_;
+  const Offset limit = reached == end_ ? end_ : reached - order_reach();
+  if (limit < end_ && limit - from < kShortest / 2) return false;
+  segment_ = {from, limit, &in_order_};
+  return true;
+}
+
+// Text that isn't ASCII is taken in longer and longer segments, so that a
+// stray letter does not cost much, nor a text full of them.
+void StringFilter::open(Offset from) {
+  marks_.end = 0;
+  if (open_ascii(from)) {
+    stride_ = kShortest;
+    return;
+  }
+  stride_ = std::min(stride_ * 2, kLongest);
+  if (uses_order_ && open_in_order(from)) return;
+  segment_ = {from, std::min(from + stride_, end_), &anywhere_};
+}
+
+Offset StringFilter::next(Offset from, Offset limit) {
+  while (from < limit) {
+    if (from < segment_.start || from >= segment_.end) open(from);
+    const Offset stop = std::min(limit, segment_.end);
+    const Offset found = segment_.plan->pivot == 0 ? next_anchored(from, stop)
+                                                   : next_by_pivot(from, stop);
+    if (found < stop) return found;
+    from = stop;
+  }
+  return limit;
+}
+
+// Candidates whose last anchor would lie beyond the end are none: every match
+// has a byte there.
+Offset StringFilter::next_anchored(Offset from, Offset limit) {
+  const AnchorPlan& plan = *segment_.plan;
+  if (plan.impossible) return limit;
+  if (plan.anchor_count == 0) return from;
+  const Offset last = std::min(limit, end_ - plan.reach + 1);
+  while (from < last) {
+    const Offset marked = std::min(last, marks_.end);
+    if (from >= marks_.start && from < marked) {
+      const Offset found = next_marked(from, marked);
+      if (found < marked) return found;
+      from = marked;
+      continue;
+    }
+    const Offset found =
+        find_anchored(text_ + from, text_ + last, plan.used()) - text_;
+    if (found == last) break;
+    thick_ = found - from < kThick ? thick_ + 1 : 0;
+    if (thick_ >= kManyThick) mark_from(found, end_ - plan.reach + 1);
+    return found;
+  }
+  return limit;
+}
+
+// Marks hold for the segment's plan, and end with it.
+void StringFilter::mark_from(Offset from, Offset last) {
+  const Offset room = static_cast<Offset>(marks_.words.size()) * 64;
+  marks_.start = from;
+  marks_.end = std::min({from + room, segment_.end, last});
+  mark_anchored(text_ + from, text_ + marks_.end, segment_.plan->used(),
+                marks_.words.data());
+}
+
+Offset StringFilter::next_marked(Offset from, Offset limit) const {
+  Offset bit = from - marks_.start;
+  std::uint64_t word = marks_.words[static_cast<std::size_t>(bit / 64)] &
+                       ~std::uint64_t{0} << (bit % 64);
+  bit -= bit % 64;
+  while (word == 0) {
+    bit += 64;
+    if (marks_.start + bit >= limit) return limit;
+    word = marks_.words[static_cast<std::size_t>(bit / 64)];
+  }
+  return std::min(marks_.start + bit + std::countr_zero(word), limit);
+}
+
+// The start of the character as many characters before `position` as the pivot
+// has elements before it, or -1 where that lies below `lowest`.
+Offset StringFilter::step_back(Offset position, Offset lowest) const {
+  for (std::int32_t i = segment_.plan->pivot; i > 0; --i) {
+    do {
+      if (--position < lowest) return -1;
+    } while (is_continuation(text_[position]));
+  }
+  return position;
+}
+
+// Searches for what follows the open elements, then steps back over those. The
+// order in which pivots come up is that of the matches' starts.
+Offset StringFilter::next_by_pivot(Offset from, Offset limit) const {
+  const AnchorPlan& plan = *segment_.plan;
+  if (plan.impossible) return limit;
+  // Every pivot of a candidate below `limit` lies below this.
+  const Offset last =
+      std::min(limit + Offset{4} * plan.pivot, end_ - plan.reach + 1);
+  Offset pivot = std::max(from, segment_.start);
+  while (pivot < last) {
+    pivot = find_anchored(text_ + pivot, text_ + last, plan.used()) - text_;
+    if (pivot >= last) break;
+    if (!is_continuation(text_[pivot])) {
+      const Offset start = step_back(pivot, std::max(from, segment_.start));
+      if (start >= limit) break;
+      if (start >= 0) return start;
+    }
+    ++pivot;
+  }
+  return limit;
+}
+
+// ---------------------------------------------------------------------------
+
+bool StringFilter::is_ascii(Offset from, Offset limit) const {
+  const Offset last = std::min(limit + ascii_.reach, end_);
+  return find_non_ascii(text_ + from, text_ + last) == text_ + last;
+}
+
+bool StringFilter::is_in_order(Offset from, Offset limit) const {
+  const Offset needed = std::min(limit + order_reach(), end_);
+  const Offset last = std::min(needed + 4, end_);
+  const Walk walk = walk_characters(text_ + from, text_ + last, last - from);
+  return walk.next - text_ >= needed;
+}
+
+// Backwards a segment is all of one kind.
+void StringFilter::open_backward(Offset from, Offset limit) {
+  Offset start = std::max(from, limit - kLongest);
+  if (is_ascii(start, limit)) {
+    segment_ = {start, limit, &ascii_};
+    return;
+  }
+  Offset lead = start;
+  while (lead < limit && is_continuation(text_[lead])) ++lead;
+  if (uses_order_ && lead < limit && is_in_order(lead, limit)) {
+    segment_ = {start, limit, &in_order_};
+    return;
+  }
+  segment_ = {start, limit, &anywhere_};
+}
+
+Offset StringFilter::previous(Offset from, Offset limit) {
+  while (limit > from) {
+    if (segment_.plan == nullptr || limit <= segment_.start) {
+      open_backward(from, limit);
+    }
+    const Offset stop = std::max(from, segment_.start);
+    const Offset found = segment_.plan->pivot == 0
+                             ? previous_anchored(stop, limit)
+                             : previous_by_pivot(stop, limit);
+    if (found >= 0) return found;
+    limit = stop;
+  }
+  return -1;
+}
+
+Offset StringFilter::previous_anchored(Offset from, Offset limit) const {
+  const AnchorPlan& plan = *segment_.plan;
+  if (plan.impossible) return -1;
+  if (plan.anchor_count == 0) return limit - 1;
+  const Offset last = std::min(limit, end_ - plan.reach + 1);
+  if (last <= from) return -1;
+  const Offset found =
+      find_anchored_backward(text_ + from, text_ + last, plan.used()) - text_;
+  return found == last ? -1 : found;
+}
+
+Offset StringFilter::previous_by_pivot(Offset from, Offset limit) const {
+  const AnchorPlan& plan = *segment_.plan;
+  if (plan.impossible) return -1;
+  Offset last = std::min(limit + Offset{4} * plan.pivot, end_ - plan.reach + 1);
+  while (last > from) {
+    const Offset pivot =
+        find_anchored_backward(text_ + from, text_ + last, plan.used()) - text_;
+    if (pivot == last) break;
+    last = pivot;
+    if (is_continuation(text_[pivot])) continue;
+    const Offset start = step_back(pivot, from);
+    if (start < 0) break;
+    if (start < limit) return start;
+  }
+  return -1;
+}
+
+}  // namespace quill
