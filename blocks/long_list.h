@@ -65,14 +65,14 @@ class LongList {
  private:
   [[nodiscard]] bool grow();
 
+  static constexpr Offset kOnStack = 256;
+
   QuillBlock block_ = nullptr;
+  std::array<std::int32_t, kOnStack> on_stack_;  // undefined until appended to
   std::int32_t* longs_ = on_stack_.data();
   Offset count_ = 0;
   Offset room_ = kOnStack;
   bool failed_to_start_ = false;
-
-  static constexpr Offset kOnStack = 256;
-  std::array<std::int32_t, kOnStack> on_stack_;  // undefined until appended to
 };
 
 }  // namespace quill

@@ -102,7 +102,7 @@ AnchorPlan ByteSpread::plan(const ByteShares& shares) const {
     share[at] = shares.of(at_[at]);
   }
   // More anchors cost time everywhere: they must make up for it.
-  constexpr double kRareEnough = 0.0005;
+  constexpr double kRareEnough = 0.0001;
   constexpr double kUseful = 0.7;
   while (plan.anchor_count < kMostAnchors && plan.share > kRareEnough) {
     const auto* const best =

@@ -1,6 +1,7 @@
 #include "search/string_filter.h"
 
 #include <algorithm>
+#include <bit>
 
 namespace quill {
 namespace {
@@ -9,6 +10,10 @@ namespace {
 // a byte in order.
 constexpr double kCandidateCost = 15;
 constexpr double kProofCost = 0.06;
+
+// So many candidates in a row, each so close to the one before, are thick.
+constexpr Offset kThick = 96;
+constexpr int kManyThick = 4;
 
 // The elements that anchors can depend on.
 constexpr std::int32_t kMostElements = 24;
@@ -99,13 +104,14 @@ bool StringFilter::open_in_order(Offset from) {
   const Offset reached = walk.next - text_;
   const Offset limit = reached == end_ ? end_ : reached - order_reach();
   if (limit < end_ && limit - from < kShortest / 2) return false;
-  segment_ = {start, limit, &in_order_};
+  segment_ = {from, limit, &in_order_};
   return true;
 }
 
 // Text that isn't ASCII is taken in longer and longer segments, so that a
 // stray letter does not cost much, nor a text full of them.
 void StringFilter::open(Offset from) {
+  marks_.end = 0;
   if (open_ascii(from)) {
     stride_ = kShortest;
     return;
@@ -117,7 +123,7 @@ void StringFilter::open(Offset from) {
 
 Offset StringFilter::next(Offset from, Offset limit) {
   while (from < limit) {
-    if (from >= segment_.end) open(from);
+    if (from < segment_.start || from >= segment_.end) open(from);
     const Offset stop = std::min(limit, segment_.end);
     const Offset found = segment_.plan->pivot == 0 ? next_anchored(from, stop)
                                                    : next_by_pivot(from, stop);
@@ -129,15 +135,49 @@ Offset StringFilter::next(Offset from, Offset limit) {
 
 // Candidates whose last anchor would lie beyond the end are none: every match
 // has a byte there.
-Offset StringFilter::next_anchored(Offset from, Offset limit) const {
+Offset StringFilter::next_anchored(Offset from, Offset limit) {
   const AnchorPlan& plan = *segment_.plan;
   if (plan.impossible) return limit;
   if (plan.anchor_count == 0) return from;
   const Offset last = std::min(limit, end_ - plan.reach + 1);
-  if (last <= from) return limit;
-  const Offset found =
-      find_anchored(text_ + from, text_ + last, plan.used()) - text_;
-  return found == last ? limit : found;
+  while (from < last) {
+    const Offset marked = std::min(last, marks_.end);
+    if (from >= marks_.start && from < marked) {
+      const Offset found = next_marked(from, marked);
+      if (found < marked) return found;
+      from = marked;
+      continue;
+    }
+    const Offset found =
+        find_anchored(text_ + from, text_ + last, plan.used()) - text_;
+    if (found == last) break;
+    thick_ = found - from < kThick ? thick_ + 1 : 0;
+    if (thick_ >= kManyThick) mark_from(found, end_ - plan.reach + 1);
+    return found;
+  }
+  return limit;
+}
+
+// Marks hold for the segment's plan, and end with it.
+void StringFilter::mark_from(Offset from, Offset last) {
+  const Offset room = static_cast<Offset>(marks_.words.size()) * 64;
+  marks_.start = from;
+  marks_.end = std::min({from + room, segment_.end, last});
+  mark_anchored(text_ + from, text_ + marks_.end, segment_.plan->used(),
+                marks_.words.data());
+}
+
+Offset StringFilter::next_marked(Offset from, Offset limit) const {
+  Offset bit = from - marks_.start;
+  std::uint64_t word = marks_.words[static_cast<std::size_t>(bit / 64)] &
+                       ~std::uint64_t{0} << (bit % 64);
+  bit -= bit % 64;
+  while (word == 0) {
+    bit += 64;
+    if (marks_.start + bit >= limit) return limit;
+    word = marks_.words[static_cast<std::size_t>(bit / 64)];
+  }
+  return std::min(marks_.start + bit + std::countr_zero(word), limit);
 }
 
 // The start of the character as many characters before `position` as the pivot

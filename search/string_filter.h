@@ -6,6 +6,8 @@
 // one search after the other.
 #pragma once
 
+#include <array>
+
 #include "search/anchor_plan.h"
 
 namespace quill {
@@ -18,11 +20,10 @@ class StringFilter {
 
   // The first offset in [from, limit) where a match may begin, else `limit`.
   // Every match is at such an offset; not all of them begin a character.
-  // Called with `from` never lower than before.
   Offset next(Offset from, Offset limit);
 
-  // The last such offset in [from, limit), else a negative one. Called with
-  // `limit` never higher than before.
+  // The last such offset in [from, limit), else a negative one. Not to be
+  // mixed with next(), and called with `limit` never higher than before.
   Offset previous(Offset from, Offset limit);
 
  private:
@@ -40,7 +41,9 @@ class StringFilter {
   bool is_ascii(Offset from, Offset limit) const;
   bool is_in_order(Offset from, Offset limit) const;
 
-  Offset next_anchored(Offset from, Offset limit) const;
+  Offset next_anchored(Offset from, Offset limit);
+  Offset next_marked(Offset from, Offset limit) const;
+  void mark_from(Offset from, Offset last);
   Offset next_by_pivot(Offset from, Offset limit) const;
   Offset previous_anchored(Offset from, Offset limit) const;
   Offset previous_by_pivot(Offset from, Offset limit) const;
@@ -54,6 +57,15 @@ class StringFilter {
   bool uses_order_ = false;  // whether proving order pays
   Offset stride_ = kShortest;
   Segment segment_;
+
+  // Candidates that come thick are marked many at a time.
+  struct Marks {
+    Offset start = 0;
+    Offset end = 0;
+    std::array<std::uint64_t, 16> words;
+  };
+  Marks marks_;
+  int thick_ = 0;  // candidates that came soon after the one before
 
   static constexpr Offset kShortest = 256;
   static constexpr Offset kLongest = 8192;

@@ -21,18 +21,39 @@ StringSearcher::StringSearcher(const StringQuery& query)
                       query.pattern.is_fixed(0)),
       patience_(query.end - query.start < kWorthFilter ? kMaxLong : kPatience) {
   if (query.is_valid_from(query.start) && query.pattern.is_fixed(0)) {
-    look_for_first();
+    note_first_leads();
   }
 }
 
 // The bytes that a character can begin with which maps to the first element.
-void StringSearcher::look_for_first() {
-  ByteSet bytes;
-  visit_sources(
-      query_.pattern.elements[0], query_.mask,
-      [&bytes](std::int32_t character) { bytes.add(byte_of(character, 0)); });
-  first_ = Anchor(bytes, 0);
-  has_first_ = true;
+void StringSearcher::note_first_leads() {
+  int count = 0;
+  visit_sources(query_.pattern.elements[0], query_.mask,
+                [this, &count](std::int32_t character) {
+                  const Byte lead = byte_of(character, 0);
+                  if (count == 0 || lead != first_lead_) ++count;
+                  first_lead_ = lead;
+                  first_leads_.add(lead);
+                });
+  first_ = count == 1 ? First::kByte : First::kSet;
+}
+
+Offset StringSearcher::find_first_lead(Offset from, Offset limit) const {
+  const Byte* const first = query_.text + from;
+  const Byte* const last = query_.text + limit;
+  const Byte* const found = first_ == First::kByte
+                                ? find_byte(first, last, first_lead_)
+                                : find_member(first, last, first_leads_);
+  return found - query_.text;
+}
+
+Offset StringSearcher::find_last_lead(Offset from, Offset limit) const {
+  const Byte* const first = query_.text + from;
+  const Byte* const last = query_.text + limit;
+  const Byte* const found =
+      first_ == First::kByte ? find_byte_backward(first, last, first_lead_)
+                             : find_member_backward(first, last, first_leads_);
+  return found - query_.text;
 }
 
 bool StringSearcher::matches_at(Offset position, Match& match) {
@@ -52,28 +73,25 @@ bool StringSearcher::is_word(const Match& match) {
 
 // Prepares the filter once patience has run out.
 bool StringSearcher::filters_now() {
-  if (filters_ || patience_ > 0) return filters_;
-  filter_.prepare(query_.text, query_.start, query_.end, query_.pattern,
-                  query_.mask);
-  filters_ = true;
+  if (filter_ || patience_ > 0) return filter_.has_value();
+  filter_.emplace().prepare(query_.text, query_.start, query_.end,
+                            query_.pattern, query_.mask);
   return true;
 }
 
 Offset StringSearcher::next_candidate(Offset from, Offset limit) {
   while (!filters_now()) {
-    if (!has_first_) {
+    if (first_ == First::kAny) {
       --patience_;
       return from;
     }
     const Offset stop = std::min(limit, from + patience_);
-    const Byte* const text = query_.text;
-    const Offset found =
-        find_anchored(text + from, text + stop, {&first_, 1}) - text;
+    const Offset found = find_first_lead(from, stop);
     patience_ -= found - from;
     if (found < stop || stop == limit) return found;
     from = stop;
   }
-  return filter_.next(from, limit);
+  return filter_->next(from, limit);
 }
 
 bool StringSearcher::next_match(Offset from, Offset limit, Match& match) {
@@ -88,20 +106,18 @@ bool StringSearcher::next_match(Offset from, Offset limit, Match& match) {
 
 Offset StringSearcher::previous_candidate(Offset from, Offset limit) {
   while (!filters_now()) {
-    if (!has_first_) {
+    if (first_ == First::kAny) {
       --patience_;
       return limit - 1;
     }
     const Offset stop = std::max(from, limit - patience_);
-    const Byte* const text = query_.text;
-    const Offset found =
-        find_anchored_backward(text + stop, text + limit, {&first_, 1}) - text;
+    const Offset found = find_last_lead(stop, limit);
     patience_ -= limit - stop;
     if (found < limit) return found;
     if (stop == from) return from - 1;
     limit = stop;
   }
-  return filter_.previous(from, limit);
+  return filter_->previous(from, limit);
 }
 
 // A comparison from a continuation byte reads what one from the next lead byte

@@ -1,0 +1,28 @@
+#include "host/break_set.h"
+
+#include <algorithm>
+
+#include "host/packed.h"
+
+namespace quill::tool {
+
+const icu::UnicodeSet& break_set() {
+  static const icu::UnicodeSet set = [] {
+    UErrorCode status = U_ZERO_ERROR;
+    icu::UnicodeSet breaks(u"[^[:L:][:M:][:N:][:Pc:][:Cn:][:Co:][:Cs:]]",
+                           status);
+    breaks.freeze();
+    return breaks;
+  }();
+  return set;
+}
+
+std::vector<std::int32_t> break_characters() {
+  std::vector<std::int32_t> characters = packed_members(break_set());
+  // Sorted, the negative four-byte characters lead; the rarest go last.
+  const auto ascii = std::lower_bound(characters.begin(), characters.end(), 0);
+  std::rotate(characters.begin(), ascii, characters.end());
+  return characters;
+}
+
+}  // namespace quill::tool
