@@ -197,10 +197,17 @@ typedef struct QuillReplaceEntry {
   int32_t kind;
 } QuillReplaceEntry;
 
+/// A word of a word table and what takes its place. The library only reads it;
+/// both arrays are the host's and stay in place while the table is in use.
 typedef struct QuillWordEntry {
+  /// The word's packed characters, in mapped form.
   const int32_t* word;
+  /// Number of characters in the word; every selection begins with a word of 0
+  /// or fewer.
   int32_t word_count;
+  /// UTF-8 bytes put in place of a selection that begins with the word.
   const char* replacement;
+  /// Number of bytes in the replacement; 0 deletes the selection.
   int32_t replacement_length;
 } QuillWordEntry;
 
@@ -450,19 +457,81 @@ QUILL_EXPORT int32_t utf8_CountToOffset(const char* text, int32_t start,
 // Character masks and sets
 // ---------------------------------------------------------------------------
 
+/// Maps one character through a mask.
+///
+/// @param character a packed character, or any other value
+/// @param mask_keys the mask's keys
+/// @param mask_values the mask's values
+/// @param mask_count number of entries in both arrays
+/// @param sorted 1: the keys ascend and are bisected; any other byte: they are
+///   looked through in array order
+/// @return the value of the first entry whose key equals `character`, else
+///   `character` itself: also when an array is null or `mask_count` is 0 or
+///   less. Bisection may miss a key among keys that do not ascend.
+///
+/// Costs about log2(mask_count) comparisons when sorted. Allocates nothing.
 QUILL_EXPORT int32_t utf8_MaskChar(int32_t character, const int32_t* mask_keys,
                                    const int32_t* mask_values,
                                    int32_t mask_count, unsigned char sorted);
 
+/// Tests whether a character is in a set, or whether it is not.
+///
+/// @param set packed characters in ascending signed order; not read, and may be
+///   null, when `count` is 0 or less
+/// @param count number of characters in the set
+/// @param character the packed character to look for
+/// @param include 1: the answer is true for members; any other byte: for all
+///   others
+/// @return 1 or 0. The set is bisected. Allocates nothing.
 QUILL_EXPORT int32_t utf8_MatchChar(const int32_t* set, int32_t count,
                                     int32_t character, unsigned char include);
 
+/// Tests whether a character is in a list of any order.
+///
+/// @param character the packed character to look for
+/// @param list packed characters
+/// @param count number of characters in the list; 0 or less is an empty list
+/// @return 1 when an element equals `character`. The list is looked through
+/// from
+///   its start. Allocates nothing.
 QUILL_EXPORT int32_t utf8_InList(int32_t character, const int32_t* list,
                                  int32_t count);
 
+/// Sorts the entries [first, limit) of a mask by key, ascending as signed
+/// numbers, so that it can be used in searches. Each value moves together with
+/// its key.
+///
+/// @param mask_keys the mask's keys, sorted in place
+/// @param mask_values the mask's values, moved along
+/// @param first index of the first entry to sort
+/// @param limit index after the last; at most `first` + 1 changes nothing
+///
+/// Distinct keys cost about n log n, in any order; the stack stays small and
+/// the heap is not used. Equal keys, of which only the first counts afterwards,
+/// end up as a quicksort leaves them that takes the first key as its pivot and
+/// exchanges greater ones to the end of the range: not in their former order.
+/// Many equal keys may cost n * n.
 QUILL_EXPORT void utf8_SortMask(int32_t* mask_keys, int32_t* mask_values,
                                 int32_t first, int32_t limit);
 
+/// Writes the characters of a range, mapped, as packed characters: a string as
+/// searches take it.
+///
+/// Reading ends early, and still succeeds, at a character that can't be read;
+/// those before it are stored.
+///
+/// @param text the text
+/// @param start offset at which reading begins
+/// @param end end of the range, exclusive
+/// @param mask_keys the mask's keys, or null
+/// @param mask_values the mask's values, or null
+/// @param mask_count number of entries in the mask
+/// @param array receives the packed characters; needs room for as many as there
+///   are in the range, `end` - `start` at most
+/// @param count receives the number of characters stored
+/// @return 0, with nothing written, when `start` is negative or not below
+/// `end`,
+///   or `text` or `array` is null; else 1. Allocates nothing.
 QUILL_EXPORT int32_t utf8_StringToLongArray(const char* text, int32_t start,
                                             int32_t end,
                                             const int32_t* mask_keys,
@@ -474,6 +543,35 @@ QUILL_EXPORT int32_t utf8_StringToLongArray(const char* text, int32_t start,
 // Rewriting text through a mask
 // ---------------------------------------------------------------------------
 
+/// Makes a new Block of a range's characters, each passed through a mask.
+///
+/// A mapped character is written as its lowest byte and then each higher byte
+/// that is not 0, so the result may be shorter or longer than the range. Stray
+/// continuation bytes are left out.
+///
+/// @param source the text's Block, only read; comes back unlocked
+/// @param start offset at which the range begins, not negative
+/// @param end end of the range, exclusive, at most the Block's size
+/// @param mask_keys the mask's keys, in ascending order
+/// @param mask_values the mask's values
+/// @param mask_count number of entries in the mask; below 0 maps nothing
+/// @param output receives the new Block, of exactly the bytes written; the
+/// host's
+///   when the call returns true
+/// @param ignored any value
+/// @param reference handed to `yield` unchanged
+/// @param yield asked every YieldMax characters; hears the offset just past the
+///   last one. A stop leaves the rest of the range out of the result.
+/// @return 1 with the Block, also after a stop. 0 with `output` not written
+/// when
+///   the range is empty or not inside the text, `source` or an array is null,
+///   or `mask_count` is 0. 0 with null in `output` when no Block can be made. 0
+///   with a Block in `output` that is already disposed of when a character of
+///   the range can't be read, memory runs short, or the result would exceed
+///   2,147,483,647 bytes.
+///
+/// One pass; allocates the result only, which grows when mapped characters are
+/// longer. Text that is mostly ASCII goes fastest.
 QUILL_EXPORT int32_t utf8_MaskString(QuillBlock source, int32_t start,
                                      int32_t end, const int32_t* mask_keys,
                                      const int32_t* mask_values,
@@ -481,6 +579,39 @@ QUILL_EXPORT int32_t utf8_MaskString(QuillBlock source, int32_t start,
                                      int32_t ignored, int32_t reference,
                                      QuillYield yield);
 
+/// Makes a new Block of a whole text in which the characters inside selections
+/// are passed through a mask, and all else is copied.
+///
+/// Selections are taken in list order. What an earlier one has dealt with, also
+/// the gap before it, is not looked at again: of a selection that begins before
+/// that only the rest is masked. A selection's end bounds its last character.
+///
+/// @param source the text's Block, only read; comes back unlocked
+/// @param selections address of the list's first long, in offsets of `source`;
+/// only
+///   read
+/// @param long_count number of longs in the list, two for each selection; a
+/// lone
+///   last one is ignored
+/// @param mask_keys the mask's keys, in ascending order
+/// @param mask_values the mask's values
+/// @param mask_count number of entries in the mask; below 0 maps nothing
+/// @param output receives the new Block, of exactly the bytes written; the
+/// host's
+///   when the call returns true
+/// @param reference handed to `yield` unchanged
+/// @param yield asked every YieldMax masked characters; hears the number of
+/// longs
+///   taken from the list so far. After a stop the current selection is finished
+///   (and an answer of 1 in it takes the stop back); later ones are copied as
+///   they are.
+/// @return 1 with the Block, also after a stop. 0 with `output` not written
+/// when
+///   the text is empty, `source` or an array of the mask is null, `mask_count`
+///   is 0, or a selection reaches beyond the text. Otherwise 0 as for
+///   utf8_MaskString, when a selection ends inside a character too.
+///
+/// Allocates the result only.
 QUILL_EXPORT int32_t utf8_MaskStringSelection(
     QuillBlock source, const int32_t* selections, int32_t long_count,
     const int32_t* mask_keys, const int32_t* mask_values, int32_t mask_count,
@@ -561,6 +692,39 @@ QUILL_EXPORT int32_t FindStrAll(const char* text, int32_t start, int32_t end,
 // Comparing characters, break characters
 // ---------------------------------------------------------------------------
 
+/// @name Comparing characters, break characters
+///
+/// A pattern and a break set are given in mapped form: the characters of the
+/// text are mapped through the mask before they are compared with them, the
+/// pattern and the set are not.
+/// @{
+
+/// Compares the characters of a text, from an offset on, with a pattern.
+///
+/// Each character is mapped through the mask, then compared with its element of
+/// the pattern; what follows the last of them is not looked at. Stray
+/// continuation bytes before a character are skipped, so that from inside a
+/// character the comparison begins with the next one. A character that can't be
+/// read, because the range ends within or before it, compares unequal.
+/// Allocates nothing; costs a bisection of the mask for each fixed element.
+///
+/// @param text            address of offset 0; null reads as a text without
+///                        characters
+/// @param position        byte offset where reading begins; below 0 nothing can
+///                        be read
+/// @param end             byte offset where reading ends, exclusive
+/// @param pattern         packed characters in mapped form
+/// @param pattern_count   number of them; 0 or less: an empty pattern, which
+///                        always matches
+/// @param position_flags  one byte an element, 1: fixed, any other: open, takes
+///                        any one character; null: all are fixed
+/// @param mask_keys       the mask's keys, ascending; null: no mask
+/// @param mask_values     the mask's values; null: no mask
+/// @param mask_count      number of mask entries; 0 or less: no mask
+/// @param next            set to the offset just past the last character read,
+///                        or to `end` when one could not be read, whatever the
+///                        result; not written for an empty pattern
+/// @return 1 when every element was matched by a character, else 0
 QUILL_EXPORT int32_t utf8_CompareSubstring(const char* text, int32_t position,
                                            int32_t end, const int32_t* pattern,
                                            int32_t pattern_count,
@@ -569,6 +733,20 @@ QUILL_EXPORT int32_t utf8_CompareSubstring(const char* text, int32_t position,
                                            const int32_t* mask_values,
                                            int32_t mask_count, int32_t* next);
 
+/// The same as utf8_CompareSubstring in every respect, under a second name.
+///
+/// @param text            address of offset 0
+/// @param position        byte offset where reading begins
+/// @param end             byte offset where reading ends, exclusive
+/// @param pattern         packed characters in mapped form
+/// @param pattern_count   number of them
+/// @param position_flags  one byte an element, 1: fixed; or null
+/// @param mask_keys       the mask's keys, ascending; or null
+/// @param mask_values     the mask's values; or null
+/// @param mask_count      number of mask entries
+/// @param next            set to the offset just past the last character read,
+///                        as there
+/// @return 1 when every element was matched by a character, else 0
 QUILL_EXPORT int32_t utf8_CompareSelString(const char* text, int32_t position,
                                            int32_t end, const int32_t* pattern,
                                            int32_t pattern_count,
@@ -577,16 +755,97 @@ QUILL_EXPORT int32_t utf8_CompareSelString(const char* text, int32_t position,
                                            const int32_t* mask_values,
                                            int32_t mask_count, int32_t* next);
 
+/// Tells whether the sides of a match are delimited by break characters.
+///
+/// Without a break set both sides are breaks. Otherwise the side before is the
+/// edge when the match starts at offset 0 of the text, and the side after is
+/// when the match ends at the end of the range, even when the text goes on
+/// there. The character on any other side is mapped and looked for in the set,
+/// in the order given: put the frequent ones first. A character that can't be
+/// read is no break. Allocates nothing.
+///
+/// @param text              address of offset 0
+/// @param end               end of the range searched, a byte offset
+/// @param match_start       byte offset; the character before it is tested even
+///                          where it lies before the range searched
+/// @param match_end         byte offset; the first character at or after it is
+///                          tested
+/// @param mask_keys         the mask's keys, ascending; null: no mask
+/// @param mask_values       the mask's values; null: no mask
+/// @param mask_count        number of mask entries; 0 or less: no mask
+/// @param break_characters  packed characters in mapped form, in any order;
+///                          null: no set
+/// @param break_count       number of them; 0: no set, below 0: a set that
+///                          contains nothing
+/// @param edge_flag         the byte that a side at offset 0, or at `end`, gets
+///                          as it is
+/// @param before            set to 1 when the side before is a break, else to
+///                          0, or to `edge_flag`; always written
+/// @param after             the same for the side after
 QUILL_EXPORT void utf8_TestBreakChars(
     const char* text, int32_t end, int32_t match_start, int32_t match_end,
     const int32_t* mask_keys, const int32_t* mask_values, int32_t mask_count,
     const int32_t* break_characters, int32_t break_count,
     unsigned char edge_flag, unsigned char* before, unsigned char* after);
 
+/// @}
+
 // ---------------------------------------------------------------------------
 // Searching UTF-8 text
 // ---------------------------------------------------------------------------
 
+/// @name Searching UTF-8 text
+///
+/// A match is a byte range whose characters compare equal to the pattern, as
+/// utf8_CompareSubstring has it, and whose sides pass the word test: without a
+/// break set every match does; with one, both sides must be breaks, as
+/// utf8_TestBreakChars has it, or with the invert flag both must not. An
+/// inverted test with a positive count of break characters but a null set, or
+/// an edge flag other than 0 and 1 at an edge, passes nothing. Matches lie
+/// inside the range; the character before one may not.
+///
+/// All searches take time in proportion to the range, times the number of
+/// pattern elements at worst.
+/// @{
+
+/// Finds the first match that starts in a range.
+///
+/// A unit of work is one byte offset. Under a mask, or when the first element
+/// is open, the host hears the offset to be tried next, and a stop takes effect
+/// before that is tried; otherwise the text is scanned for the first element's
+/// lead byte, the byte at the offset that the host has just heard has its look
+/// first, and a scan that runs into the end of the range counts one unit more,
+/// of which the host hears `end + 1`. A match found in the very unit is
+/// returned whatever the host answers; the host then hears its end.
+///
+/// Refused, with nothing found: a null `text` or `pattern`, `start` below 0 or
+/// above `end`, `end` below 1, `pattern_count` below 1. Allocates nothing but
+/// the index of a long break set, and does without it when memory is short.
+///
+/// @param text              address of offset 0
+/// @param start             byte offset where the range begins
+/// @param end               byte offset where the range ends, exclusive
+/// @param pattern           packed characters in mapped form
+/// @param pattern_count     number of them, at least 1
+/// @param position_flags    one byte an element, 1: fixed, any other: open;
+///                          null: all are fixed
+/// @param mask_keys         the mask's keys, ascending; null: no mask
+/// @param mask_values       the mask's values; null: no mask
+/// @param mask_count        number of mask entries; 0 or less: no mask
+/// @param break_characters  the break set, in mapped form, in any order; null:
+///                          none
+/// @param break_count       number of break characters; 0: no set, below 0: a
+///                          set that contains nothing
+/// @param edge_flag         what a side at offset 0 of the text, or at `end`,
+///                          counts as: 1 a break, 0 none
+/// @param invert_flag       1: a match needs sides that are no breaks
+/// @param found_start       set to 0 first, even when refused, then to the
+///                          start of the match
+/// @param found_end         set to `end` first, even when refused, then to the
+///                          end of the match
+/// @param reference         handed to `yield` unchanged
+/// @param yield             asked every YieldMax units; must not be null
+/// @return 1 when there is a match, else 0
 QUILL_EXPORT int32_t utf8_FindStr(
     const char* text, int32_t start, int32_t end, const int32_t* pattern,
     int32_t pattern_count, const unsigned char* position_flags,
@@ -595,6 +854,44 @@ QUILL_EXPORT int32_t utf8_FindStr(
     unsigned char edge_flag, unsigned char invert_flag, int32_t* found_start,
     int32_t* found_end, int32_t reference, QuillYield yield);
 
+/// Finds the match that starts at the highest offset of a range.
+///
+/// Tries byte offsets from `end - pattern_count` down to `start`, each a unit
+/// of work; the host hears the offset to be tried next, which is `start - 1`
+/// after the last, or the start of the match. A stop takes effect before the
+/// next offset; a match found in the very unit is returned all the same. A text
+/// that opens with stray continuation bytes is matched from offset 0, where
+/// they count as part of the first match's edge.
+///
+/// Refused, with nothing found: a null `text` or `pattern`, `start` below 0 or
+/// above `end - pattern_count`, `end` below 1, `pattern_count` below 1.
+/// Allocates as utf8_FindStr.
+///
+/// @param text              address of offset 0
+/// @param start             byte offset where the range begins
+/// @param end               byte offset where the range ends, exclusive
+/// @param pattern           packed characters in mapped form
+/// @param pattern_count     number of them, at least 1
+/// @param position_flags    one byte an element, 1: fixed, any other: open;
+///                          null: all are fixed
+/// @param mask_keys         the mask's keys, ascending; null: no mask
+/// @param mask_values       the mask's values; null: no mask
+/// @param mask_count        number of mask entries; 0 or less: no mask
+/// @param break_characters  the break set, in mapped form, in any order; null:
+///                          none
+/// @param break_count       number of break characters; 0: no set, below 0: a
+///                          set that contains nothing
+/// @param edge_flag         what a side at offset 0 of the text, or at `end`,
+///                          counts as: 1 a break, 0 none
+/// @param invert_flag       1: a match needs sides that are no breaks
+/// @param found_start       set to 0 first, even when refused, then to the
+///                          start of the match
+/// @param found_end         set to `start` first, even when refused, then to
+///                          the start, not the end, of the match: the `end` of
+///                          a search for the one before
+/// @param reference         handed to `yield` unchanged
+/// @param yield             asked every YieldMax units; must not be null
+/// @return 1 when there is a match, else 0
 QUILL_EXPORT int32_t utf8_FindStrPrev(
     const char* text, int32_t start, int32_t end, const int32_t* pattern,
     int32_t pattern_count, const unsigned char* position_flags,
@@ -603,6 +900,42 @@ QUILL_EXPORT int32_t utf8_FindStrPrev(
     unsigned char edge_flag, unsigned char invert_flag, int32_t* found_start,
     int32_t* found_end, int32_t reference, QuillYield yield);
 
+/// Finds the n-th match by repeated forward searches.
+///
+/// Each search begins at the end of the match before and is a utf8_FindStr in
+/// every respect, down to what it writes, asks and refuses, with a count of its
+/// own. The searches are units of work too: after every YieldMax of them the
+/// host hears `found_end`, and a stop takes effect before the next search.
+///
+/// @param text              address of offset 0
+/// @param start             byte offset where the range begins
+/// @param end               byte offset where the range ends, exclusive
+/// @param pattern           packed characters in mapped form
+/// @param pattern_count     number of them, at least 1
+/// @param position_flags    one byte an element, 1: fixed, any other: open;
+///                          null: all are fixed
+/// @param mask_keys         the mask's keys, ascending; null: no mask
+/// @param mask_values       the mask's values; null: no mask
+/// @param mask_count        number of mask entries; 0 or less: no mask
+/// @param break_characters  the break set, in mapped form, in any order; null:
+///                          none
+/// @param break_count       number of break characters; 0: no set, below 0: a
+///                          set that contains nothing
+/// @param edge_flag         what a side at offset 0 of the text, or at `end`,
+///                          counts as: 1 a break, 0 none
+/// @param invert_flag       1: a match needs sides that are no breaks
+/// @param occurrence        in: which match is wanted, from 1; out: the number
+///                          of searches made, minus 1. With only k matches that
+///                          is k, when the n-th was found n - 1, without any
+///                          search -1
+/// @param found_start       set to the start of the match, or to 0 when the
+///                          last search found none; not written when no search
+///                          was made
+/// @param found_end         set to `start` first, then to the end of each
+///                          match, or to `end` when a search finds none
+/// @param reference         handed to `yield` unchanged
+/// @param yield             asked every YieldMax units; must not be null
+/// @return the result of the last search; 1 when none was asked for
 QUILL_EXPORT int32_t utf8_FindStrNth(
     const char* text, int32_t start, int32_t end, const int32_t* pattern,
     int32_t pattern_count, const unsigned char* position_flags,
@@ -612,6 +945,38 @@ QUILL_EXPORT int32_t utf8_FindStrNth(
     int32_t* found_start, int32_t* found_end, int32_t reference,
     QuillYield yield);
 
+/// Counts the matches, each search beginning at the end of the match before.
+///
+/// Yields as utf8_FindStr within each search and, like utf8_FindStrNth, every
+/// YieldMax searches, when the host hears where the next one would begin. A
+/// stop between two searches leaves `stop` there; one within a search, and
+/// parameters that utf8_FindStr refuses, end the count at `end`.
+///
+/// @param text              address of offset 0
+/// @param start             byte offset where the range begins
+/// @param end               byte offset where the range ends, exclusive
+/// @param pattern           packed characters in mapped form
+/// @param pattern_count     number of them, at least 1
+/// @param position_flags    one byte an element, 1: fixed, any other: open;
+///                          null: all are fixed
+/// @param mask_keys         the mask's keys, ascending; null: no mask
+/// @param mask_values       the mask's values; null: no mask
+/// @param mask_count        number of mask entries; 0 or less: no mask
+/// @param break_characters  the break set, in mapped form, in any order; null:
+///                          none
+/// @param break_count       number of break characters; 0: no set, below 0: a
+///                          set that contains nothing
+/// @param edge_flag         what a side at offset 0 of the text, or at `end`,
+///                          counts as: 1 a break, 0 none
+/// @param invert_flag       1: a match needs sides that are no breaks
+/// @param match_count       set to the number of matches, at the end of the
+///                          call
+/// @param stop              set to the offset where searching stopped, at the
+///                          end of the call: `end` when the range was searched
+///                          through, `start` when it is empty
+/// @param reference         handed to `yield` unchanged
+/// @param yield             asked every YieldMax units; must not be null
+/// @return always 1
 QUILL_EXPORT int32_t utf8_CountStrAll(
     const char* text, int32_t start, int32_t end, const int32_t* pattern,
     int32_t pattern_count, const unsigned char* position_flags,
@@ -620,6 +985,39 @@ QUILL_EXPORT int32_t utf8_CountStrAll(
     unsigned char edge_flag, unsigned char invert_flag, int32_t* match_count,
     int32_t* stop, int32_t reference, QuillYield yield);
 
+/// Lists the matches, each search beginning at the end of the match before.
+///
+/// The result is a selection list, in a Block that becomes the host's: the
+/// start and the end of every match, ascending, none overlapping. Yields and
+/// stops as utf8_CountStrAll, with the matches found so far in the list. A list
+/// that can't grow ends the search with what is in it. Outputs are written at
+/// the end of the call.
+///
+/// @param text              address of offset 0
+/// @param start             byte offset where the range begins
+/// @param end               byte offset where the range ends, exclusive
+/// @param pattern           packed characters in mapped form
+/// @param pattern_count     number of them, at least 1
+/// @param position_flags    one byte an element, 1: fixed, any other: open;
+///                          null: all are fixed
+/// @param mask_keys         the mask's keys, ascending; null: no mask
+/// @param mask_values       the mask's values; null: no mask
+/// @param mask_count        number of mask entries; 0 or less: no mask
+/// @param break_characters  the break set, in mapped form, in any order; null:
+///                          none
+/// @param break_count       number of break characters; 0: no set, below 0: a
+///                          set that contains nothing
+/// @param edge_flag         what a side at offset 0 of the text, or at `end`,
+///                          counts as: 1 a break, 0 none
+/// @param invert_flag       1: a match needs sides that are no breaks
+/// @param list              set to the list, or to null when there is no match
+/// @param long_count        set to the number of longs in it, two a match
+/// @param stop              set to the offset where searching stopped, as
+///                          utf8_CountStrAll does
+/// @param reference         handed to `yield` unchanged
+/// @param yield             asked every YieldMax units; must not be null
+/// @return 1, also when stopped or refused; 0 when the list can't be made, with
+///         no list, a count of 0 and `stop` at `end`
 QUILL_EXPORT int32_t utf8_FindStrAll(
     const char* text, int32_t start, int32_t end, const int32_t* pattern,
     int32_t pattern_count, const unsigned char* position_flags,
@@ -628,10 +1026,42 @@ QUILL_EXPORT int32_t utf8_FindStrAll(
     unsigned char edge_flag, unsigned char invert_flag, QuillBlock* list,
     int32_t* long_count, int32_t* stop, int32_t reference, QuillYield yield);
 
+/// @}
+
 // ---------------------------------------------------------------------------
 // Breaks
 // ---------------------------------------------------------------------------
 
+/// Widens a selection to the nearest breaks between classes of characters:
+/// backwards over characters of one class, then forwards over those of another.
+///
+/// The character that stops a direction stays outside the selection. Characters
+/// are compared as they are, without a mask, with one class element after the
+/// other.
+///
+/// @param text the text
+/// @param lower_bound offset below which the selection is not widened
+/// @param end offset beyond which it is not widened and nothing is read
+/// @param backward_class packed characters, in any order
+/// @param backward_count number of them; 0 or less leaves the start alone
+/// @param backward_flag 1: widen over the members of the class; any other byte:
+///   over all other characters
+/// @param forward_class packed characters, in any order
+/// @param forward_count number of them; 0 or less leaves the end alone
+/// @param forward_flag as `backward_flag`, forwards
+/// @param selection_start in: where the backward search begins; written once it
+///   stops at a character or at the bound
+/// @param selection_end in: where the forward search begins, read after
+///   `selection_start` has been written; written once it stops
+/// @param break_found set to 1 at once; to 0 when a direction reaches its bound
+///   and when the call fails
+/// @param reference handed to `yield` unchanged
+/// @param yield asked every YieldMax characters, counted anew in each
+/// direction;
+///   hears `lower_bound` always
+/// @return 1 when each direction has stopped at a character or at its bound. 0
+///   when a character can't be read or the host stops the search; a start that
+///   was found by then stays written. Allocates nothing.
 QUILL_EXPORT int32_t utf8_FindBreaks(
     const char* text, int32_t lower_bound, int32_t end,
     const int32_t* backward_class, int32_t backward_count,
@@ -640,11 +1070,57 @@ QUILL_EXPORT int32_t utf8_FindBreaks(
     int32_t* selection_end, unsigned char* break_found, int32_t reference,
     QuillYield yield);
 
+/// Lists a break after every `chunk` characters of a range.
+///
+/// A break list is a selection list with an empty selection at each break, in
+/// ascending order. The end of the range is a break when the last piece is a
+/// whole one.
+///
+/// @param text the text's Block, only read; comes back unlocked
+/// @param start offset at which the range begins; inside a character, the first
+///   step goes over that whole character
+/// @param end end of the range, exclusive, at most the Block's size
+/// @param chunk number of characters from one break to the next, at least 1
+/// @param list receives a new Block with the breaks, two equal longs for each;
+/// one
+///   of 0 bytes when there are none. The host's when the call returns true.
+/// @param long_count receives the number of longs in the list
+/// @param reference handed to `yield` unchanged
+/// @param yield asked every YieldMax pieces, the short last one included; hears
+/// the
+///   offset reached. A stop ends the list there.
+/// @return 1 with the list, also after a stop. 0, with nothing written, when
+///   `start` is negative, the range is empty or not inside the text, `chunk` is
+///   below 1, `text` is null, a character can't be read, stray continuation
+///   bytes keep a step from moving on, or memory is short (the list is
+///   allocated for
+///   (`end` - `start`) / `chunk` breaks of 8 bytes).
 QUILL_EXPORT int32_t utf8_ComputeBreaks(QuillBlock text, int32_t start,
                                         int32_t end, int32_t chunk,
                                         QuillBlock* list, int32_t* long_count,
                                         int32_t reference, QuillYield yield);
 
+/// Lists the breaks that cut a range into lines of at most `width` bytes, after
+/// a space where the line has one.
+///
+/// A line that reaches its width is cut after its last space or, without one,
+/// after the character that reached it; that character is taken whole, so a
+/// line may be up to 3 bytes too long. A carriage return or line feed is no
+/// break: it starts the width anew, but a space before it may still be the one
+/// that the line is cut after. The last line, which fits, has no break.
+///
+/// @param text the text's Block, only read; comes back unlocked
+/// @param start offset at which the first line begins
+/// @param end end of the range, exclusive, at most the Block's size
+/// @param width the most bytes in a line, at least 1
+/// @param list receives a new Block with the breaks, as utf8_ComputeBreaks
+/// @param long_count receives the number of longs in the list
+/// @param reference handed to `yield` unchanged
+/// @param yield asked every YieldMax lines, the last one included; hears the
+/// offset
+///   at which the next line begins. A stop ends the list there.
+/// @return 1 with the list, also after a stop. 0, with nothing written, as for
+///   utf8_ComputeBreaks, also when the list can't grow.
 QUILL_EXPORT int32_t utf8_ComputeSpaceBreaks(
     QuillBlock text, int32_t start, int32_t end, int32_t width,
     QuillBlock* list, int32_t* long_count, int32_t reference, QuillYield yield);
@@ -1122,6 +1598,41 @@ QUILL_EXPORT int32_t utf8_ReplacePatternAll(
 // Replacing words through a table
 // ---------------------------------------------------------------------------
 
+/// Replaces the words of a range by what a word table gives for them.
+///
+/// The matches of a range pattern are the words of the text. Each is looked up
+/// in the table: the first entry, in table order, whose characters the match
+/// begins with, mapped, takes the place of the whole match. Matches that begin
+/// with none stay.
+///
+/// @param text the host's variable that holds the text's Block, which is edited
+/// in
+///   place; the Block comes back unlocked
+/// @param from offset at which the search begins
+/// @param to in: end of the range; out, on success after an edit: moved by the
+///   change in the text's length
+/// @param parts the parts of the range pattern
+/// @param part_count number of parts
+/// @param words pointers to the table's entries
+/// @param word_count number of entries
+/// @param mask_keys the mask's keys, in ascending order, or null
+/// @param mask_values the mask's values, or null
+/// @param mask_count number of entries in the mask
+/// @param new_end receives the value of `to` at once, and its new value on
+/// success
+/// @param reference handed to `yield` unchanged
+/// @param yield asked by the pattern search only, as by utf8_FindPatternAll; a
+/// stop
+///   keeps the words found so far, which are then replaced
+/// @return 1 when the words were replaced, or none was found. 0, with the text
+/// and
+///   `to` as they were, when the variable holds no Block, `from` is negative,
+///   `to` lies beyond the text, an entry that matches has a negative length,
+///   memory is short, or the result would exceed 2,147,483,647 bytes.
+///
+/// A table of many words is indexed once, so that each match costs a few steps
+/// for each of its characters; when memory is too short for that, its words are
+/// tried in order.
 QUILL_EXPORT int32_t utf8_WordTableReplace(
     QuillBlock* text, int32_t from, int32_t* to,
     const QuillRangePart* const* parts, int32_t part_count,
@@ -1460,15 +1971,57 @@ QUILL_EXPORT int32_t InsertMultiple(QuillBlock* text,
                                     QuillReplaceEntry** entries,
                                     int32_t entry_count);
 
+/// Makes a replace table from a selection list: a Block of pointers to
+/// QuillReplaceEntry, one for each selection.
+///
+/// Each entry is allocated by itself and belongs to the table; its start and
+/// end are the selection's, its other fields are cleared. The table is handed
+/// over unlocked.
+///
+/// @param selections the list's Block, only read; comes back unlocked
+/// @param long_count number of longs of the list to use, two for each entry; a
+///   lone last one is left out, and so is what the list does not hold
+/// @param table receives the table, to be released with DisposeReplaceTable;
+/// null
+///   on failure
+/// @param entry_count receives the number of entries; 0 on failure
+/// @return 0 when `long_count` is 0 or less, `selections` is null or memory is
+///   short, in which case nothing stays allocated; else 1.
 QUILL_EXPORT int32_t iArrayToReplaceTable(QuillBlock selections,
                                           int32_t long_count, QuillBlock* table,
                                           int32_t* entry_count);
 
+/// Looks up the word of every entry of a replace table and notes in the entry
+/// what is to be put in its place.
+///
+/// An entry takes the replacement of the first word that its selection begins
+/// with, each character mapped, and the kind 1, 2 or 3 when that is shorter
+/// than, as long as or longer than the selection. Without such a word its
+/// replacement is null, its length and kind are 0.
+///
+/// @param entries the table's first entry pointer (the locked Block's contents)
+/// @param entry_count number of entries
+/// @param words pointers to the word table's entries
+/// @param word_count number of words
+/// @param text the text that the selections lie in; read inside them only
+/// @param mask_keys the mask's keys, in ascending order, or null
+/// @param mask_values the mask's values, or null
+/// @param mask_count number of entries in the mask
+/// @return 1 always. The replacements stay the word table's; they are not
+/// copied.
+///
+/// Many entries and words are matched through an index made for the call, as by
+/// utf8_WordTableReplace.
 QUILL_EXPORT int32_t WordTable_FillReplaceTable(
     QuillReplaceEntry** entries, int32_t entry_count, QuillWordEntry** words,
     int32_t word_count, char* text, int32_t* mask_keys, int32_t* mask_values,
     int32_t mask_count);
 
+/// Releases a replace table and the entries that belong to it.
+///
+/// @param table a table from iArrayToReplaceTable
+/// @param entry_count the number of its entries
+/// @return 0, with nothing released, when `table` is null; else 1.
 QUILL_EXPORT int32_t DisposeReplaceTable(QuillBlock table, int32_t entry_count);
 
 /// Compares two selections by the text that they cover, in the order of
