@@ -17,9 +17,10 @@ void fill(Random& random, Byte* bytes, Offset size) {
       random.one_in(2)
           ? std::vector<Byte>{'a', 'A', 'b', 'z', 0x80, 0xC3, 0xE2, 0xF0}
           : std::vector<Byte>{'a', 'a', 'a', 'a', 'a', 'a', 'b'};
+  const bool ascii = from.size() == 7 && random.one_in(2);
   std::string text;
   while (std::ssize(text) < size) {
-    text += random.one_in(3)
+    text += !ascii && random.one_in(3)
                 ? random_text(random, 3)
                 : std::string(1, static_cast<char>(random.pick(from)));
   }
