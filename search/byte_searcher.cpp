@@ -23,23 +23,31 @@ Offset ranked_bytes(Offset needle_length, Offset text_length) {
   return std::min({needle_length, 16 + text_length / 64, Offset{256}});
 }
 
-std::uint64_t word_at(const Byte* bytes) {
-  std::uint64_t word;
-  std::memcpy(&word, bytes, sizeof word);
-  return word;
+template <class Word>
+bool same_word(const Byte* left, const Byte* right) {
+  Word a;
+  Word b;
+  std::memcpy(&a, left, sizeof a);
+  std::memcpy(&b, right, sizeof b);
+  return a == b;
 }
 
-// Bytes that two strings have in common from their start, rounded down to a
-// whole word where they differ behind the first word.
-Offset common_prefix(const Byte* left, const Byte* right, Offset length) {
-  Offset common = 0;
-  if (length >= 8) {
-    for (; common + 8 <= length; common += 8) {
-      if (word_at(left + common) != word_at(right + common)) return common;
-    }
-    const Offset last = length - 8;
-    return word_at(left + last) == word_at(right + last) ? length : last;
+// Bytes that two strings of at least 4 bytes have in common from their start,
+// in whole words: fewer where they differ.
+template <class Word>
+Offset common_words(const Byte* left, const Byte* right, Offset length) {
+  constexpr Offset kWord = sizeof(Word);
+  const Offset last = length - kWord;
+  for (Offset common = 0; common < last; common += kWord) {
+    if (!same_word<Word>(left + common, right + common)) return common;
   }
+  return same_word<Word>(left + last, right + last) ? length : last;
+}
+
+Offset common_prefix(const Byte* left, const Byte* right, Offset length) {
+  if (length >= 8) return common_words<std::uint64_t>(left, right, length);
+  if (length >= 4) return common_words<std::uint32_t>(left, right, length);
+  Offset common = 0;
   while (common < length && left[common] == right[common]) ++common;
   return common;
 }
@@ -71,34 +79,36 @@ class Rarity {
 
 }  // namespace
 
-// The two rarest bytes; among equally rare ones those that stand far apart,
-// since a run of one byte is told from a longer one by its ends.
+// All bytes of a short needle. Else the two rarest ones; among equally rare
+// ones those that stand far apart, since a run of one byte is told from a
+// longer one by its ends.
 void ByteSearcher::choose_anchors(const Byte* first, const Byte* end) {
-  Offset rarest = 0;
-  Offset second = length_ - 1;
-  if (length_ > 2) {
+  if (is_seen_whole()) {
+    for (Offset i = 0; i < length_; ++i) anchors_[i] = Anchor(needle_[i], i);
+  } else {
     const Rarity rarity(first, end);
     const Offset ranked = ranked_bytes(length_, end - first);
+    Offset rarest = 0;
+    Offset second = length_ - 1;
     int least = rarity.of(needle_[0]);
     int next = rarity.of(needle_[second]);
-    if (next < least) {
-      std::swap(rarest, second);
-      std::swap(least, next);
-    }
-    for (Offset i = 1; i < ranked; ++i) {
+    for (Offset i = 0; i < ranked; ++i) {
       const int rank = rarity.of(needle_[i]);
-      if (i == rarest || i == second || rank >= next) continue;
-      second = i;
-      next = rank;
+      if (i != 0 && i != length_ - 1 && rank < next) {
+        second = i;
+        next = rank;
+      }
       if (next < least) {
         std::swap(rarest, second);
         std::swap(least, next);
       }
     }
+    anchors_[0] = Anchor(needle_[rarest], rarest);
+    anchors_[1] = Anchor(needle_[second], second);
   }
-  anchors_[0] = Anchor(needle_[rarest], rarest);
-  anchors_[1] = Anchor(needle_[second], second);
-  candidates_.emplace(std::span<const Anchor>(anchors_, length_ == 1 ? 1 : 2));
+  const Offset count = is_seen_whole() ? length_ : 2;
+  candidates_.emplace(
+      std::span<const Anchor>(anchors_, static_cast<std::size_t>(count)));
 }
 
 bool ByteSearcher::occurs_at(const Byte* position) {
@@ -132,7 +142,9 @@ const Byte* ByteSearcher::find_plainly(const Byte* first, const Byte* last) {
 const Byte* ByteSearcher::find_filtered(const Byte* first, const Byte* last) {
   for (;;) {
     const Byte* const position = candidates_->next(first, last);
-    if (position == last || occurs_at(position)) return position;
+    if (is_seen_whole() || position == last || occurs_at(position)) {
+      return position;
+    }
     first = position + 1;
     if (has_outworked(first)) return find_linearly(first, last);
   }

@@ -43,6 +43,8 @@ class ByteSearcher {
   const Byte* find_plainly(const Byte* first, const Byte* last);
   const Byte* find_filtered(const Byte* first, const Byte* last);
   const Byte* find_linearly(const Byte* first, const Byte* last);
+  // Whether the anchors leave nothing to be compared.
+  bool is_seen_whole() const { return length_ <= kMostAnchors; }
   bool occurs_at(const Byte* position);
   bool has_outworked(const Byte* first);
   void choose_anchors(const Byte* first, const Byte* end);
@@ -56,7 +58,7 @@ class ByteSearcher {
   const Byte* work_start_ = nullptr;
   const Byte* linear_until_ = nullptr;
 
-  Anchor anchors_[2];
+  Anchor anchors_[kMostAnchors];
   std::optional<CandidateScan> candidates_;
   std::optional<TwoWay> linear_;
 };
