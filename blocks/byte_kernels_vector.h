@@ -105,6 +105,21 @@ struct Equals {
   Constant value;
 };
 
+struct EqualPair {
+  EqualPair(Byte near_byte, Byte far_byte, Offset from_near)
+      : near(near_byte), far(far_byte), distance(from_near) {}
+
+  template <class Load>
+  auto lanes(const Byte* position, Load load) const {
+    return Isa::both(Isa::equal(load(position), near.as<Load>()),
+                     Isa::equal(load(position + distance), far.as<Load>()));
+  }
+
+  Constant near;
+  Constant far;
+  Offset distance;
+};
+
 struct Plain {
   explicit Plain(const Anchor& anchor)
       : ignored(anchor.ignored), value(anchor.value), offset(anchor.offset) {}
@@ -343,6 +358,11 @@ const Byte* vector_find_byte_backward(const Byte* first, const Byte* last,
   return find_backward(first, last, Equals(wanted));
 }
 
+const Byte* vector_find_pair(const Byte* first, const Byte* last, Byte near,
+                             Byte far, Offset distance) {
+  return find(first, last, EqualPair(near, far, distance));
+}
+
 const Byte* vector_find_member(const Byte* first, const Byte* last,
                                const ByteSet& set) {
   if (!Isa::kLooksUp) return kPortableKernels.find_member(first, last, set);
@@ -543,6 +563,7 @@ constexpr ByteKernels vector_kernels(const char* name) {
       .name = name,
       .find_byte = vector_find_byte,
       .find_byte_backward = vector_find_byte_backward,
+      .find_pair = vector_find_pair,
       .find_member = vector_find_member,
       .find_member_backward = vector_find_member_backward,
       .find_non_ascii = vector_find_non_ascii,

@@ -9,8 +9,10 @@
 namespace quill {
 namespace {
 
-// Ranges shorter than this are searched without any preparation.
+// Ranges shorter than this are searched without any preparation: byte by byte,
+// or by the needle's first and last byte.
 constexpr Offset kPlainRange = 16;
+constexpr Offset kShortRange = 512;
 
 // Texts longer than this tell by a sample which bytes are rare in them.
 constexpr Offset kSampledText = 1024 * 1024;
@@ -77,38 +79,48 @@ class Rarity {
   std::uint16_t seen_[256];
 };
 
+struct AnchorOffsets {
+  Offset rarest;
+  Offset second;
+};
+
+// The two rarest bytes; among equally rare ones those that stand far apart,
+// since a run of one byte is told from a longer one by its ends.
+AnchorOffsets rarest_bytes(const Byte* needle, Offset length, const Byte* first,
+                           const Byte* end) {
+  const Rarity rarity(first, end);
+  AnchorOffsets chosen{0, length - 1};
+  int least = rarity.of(needle[0]);
+  int next = rarity.of(needle[length - 1]);
+  const Offset ranked = ranked_bytes(length - 1, end - first);
+  for (Offset i = 0; i < ranked; ++i) {
+    const int rank = rarity.of(needle[i]);
+    if (i != 0 && rank < next) {
+      chosen.second = i;
+      next = rank;
+    }
+    if (next < least) {
+      std::swap(chosen.rarest, chosen.second);
+      std::swap(least, next);
+    }
+  }
+  return chosen;
+}
+
 }  // namespace
 
-// All bytes of a short needle. Else the two rarest ones; among equally rare
-// ones those that stand far apart, since a run of one byte is told from a
-// longer one by its ends.
-void ByteSearcher::choose_anchors(const Byte* first, const Byte* end) {
-  if (is_seen_whole()) {
-    for (Offset i = 0; i < length_; ++i) anchors_[i] = Anchor(needle_[i], i);
-  } else {
-    const Rarity rarity(first, end);
-    const Offset ranked = ranked_bytes(length_, end - first);
-    Offset rarest = 0;
-    Offset second = length_ - 1;
-    int least = rarity.of(needle_[0]);
-    int next = rarity.of(needle_[second]);
-    for (Offset i = 0; i < ranked; ++i) {
-      const int rank = rarity.of(needle_[i]);
-      if (i != 0 && i != length_ - 1 && rank < next) {
-        second = i;
-        next = rank;
-      }
-      if (next < least) {
-        std::swap(rarest, second);
-        std::swap(least, next);
-      }
-    }
-    anchors_[0] = Anchor(needle_[rarest], rarest);
-    anchors_[1] = Anchor(needle_[second], second);
+// All bytes of a short needle, two of a longer one.
+ByteSearcher::Filter::Filter(const Byte* needle, Offset length,
+                             const Byte* first, const Byte* end)
+    : candidates({anchors, static_cast<std::size_t>(
+                               length <= kMostAnchors ? length : 2)}) {
+  if (length <= kMostAnchors) {
+    for (Offset i = 0; i < length; ++i) anchors[i] = Anchor(needle[i], i);
+    return;
   }
-  const Offset count = is_seen_whole() ? length_ : 2;
-  candidates_.emplace(
-      std::span<const Anchor>(anchors_, static_cast<std::size_t>(count)));
+  const AnchorOffsets chosen = rarest_bytes(needle, length, first, end);
+  anchors[0] = Anchor(needle[chosen.rarest], chosen.rarest);
+  anchors[1] = Anchor(needle[chosen.second], chosen.second);
 }
 
 bool ByteSearcher::occurs_at(const Byte* position) {
@@ -122,9 +134,10 @@ const Byte* ByteSearcher::find_whole(const Byte* first, const Byte* last,
                                      const Byte* end) {
   if (first < linear_until_) return find_linearly(first, last);
   if (work_start_ == nullptr) work_start_ = first;
-  if (!candidates_.has_value()) {
+  if (!filter_.has_value()) {
     if (last - first < kPlainRange) return find_plainly(first, last);
-    choose_anchors(first, end);
+    if (last - first < kShortRange) return find_by_ends(first, last);
+    filter_.emplace(needle_, length_, first, end);
   }
   return find_filtered(first, last);
 }
@@ -139,9 +152,20 @@ const Byte* ByteSearcher::find_plainly(const Byte* first, const Byte* last) {
   return last;
 }
 
+const Byte* ByteSearcher::find_by_ends(const Byte* first, const Byte* last) {
+  const Offset distance = length_ - 1;
+  for (;;) {
+    const Byte* const position =
+        find_pair(first, last, needle_[0], needle_[distance], distance);
+    if (position == last || occurs_at(position)) return position;
+    first = position + 1;
+    if (has_outworked(first)) return find_linearly(first, last);
+  }
+}
+
 const Byte* ByteSearcher::find_filtered(const Byte* first, const Byte* last) {
   for (;;) {
-    const Byte* const position = candidates_->next(first, last);
+    const Byte* const position = filter_->candidates.next(first, last);
     if (is_seen_whole() || position == last || occurs_at(position)) {
       return position;
     }
@@ -151,11 +175,13 @@ const Byte* ByteSearcher::find_filtered(const Byte* first, const Byte* last) {
 }
 
 // Whether the comparisons before `first` cost more than the way so far may.
-// Then a stretch of linear search begins, long for a long needle, since each
-// change of method may compare one needle's length anew.
+// Then a stretch of linear search begins, each twice as long as the one before.
+// For a long needle the first is long already, since each change of method may
+// compare one needle's length anew.
 bool ByteSearcher::has_outworked(const Byte* first) {
   if (work_ <= kFreeWork + 4 * (first - work_start_)) return false;
-  linear_until_ = first + std::max<Offset>(64 * 1024, 2 * length_);
+  stretch_ = std::max({Offset{64 * 1024}, 2 * length_, 2 * stretch_});
+  linear_until_ = first + stretch_;
   if (!linear_.has_value()) linear_.emplace(needle_, length_);
   work_ = 0;
   work_start_ = linear_until_;
@@ -165,8 +191,8 @@ bool ByteSearcher::has_outworked(const Byte* first) {
 const Byte* ByteSearcher::find_linearly(const Byte* first, const Byte* last) {
   const Byte* const found = linear_->find(first, std::min(last, linear_until_));
   if (found < linear_until_ || found == last) return found;
-  return candidates_.has_value() ? find_filtered(linear_until_, last)
-                                 : find_plainly(linear_until_, last);
+  return filter_.has_value() ? find_filtered(linear_until_, last)
+                             : find_plainly(linear_until_, last);
 }
 
 }  // namespace quill

@@ -66,6 +66,9 @@ void compare(const ByteKernels& k, Random& random, const Byte* first,
   EXPECT_EQ(k.find_byte(first, last, byte), p.find_byte(first, last, byte));
   EXPECT_EQ(k.find_byte_backward(first, last, byte),
             p.find_byte_backward(first, last, byte));
+  const Byte other = random.pick<Byte>({'a', 'b', 0x80});
+  EXPECT_EQ(k.find_pair(first, last, byte, other, after),
+            p.find_pair(first, last, byte, other, after));
   EXPECT_EQ(k.find_non_ascii(first, last), p.find_non_ascii(first, last));
   EXPECT_EQ(k.count_leads(first, last), p.count_leads(first, last));
   const Offset index = random.between(0, static_cast<int>(size));
