@@ -57,6 +57,8 @@ struct Isa {
     return _mm256_subs_epu8(a, b);
   }
 
+  static Wide greater(Wide a, Wide b) { return _mm256_cmpgt_epi8(a, b); }
+
   // 0x80 to 0xBF are the lowest signed values.
   static Wide is_lead(Wide bytes) {
     return _mm256_cmpgt_epi8(bytes, _mm256_set1_epi8(-65));

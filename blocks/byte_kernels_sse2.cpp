@@ -33,6 +33,8 @@ struct Isa {
   static Wide subtract(Wide a, Wide b) { return _mm_sub_epi8(a, b); }
   static Wide subtract_to_zero(Wide a, Wide b) { return _mm_subs_epu8(a, b); }
 
+  static Wide greater(Wide a, Wide b) { return _mm_cmpgt_epi8(a, b); }
+
   // 0x80 to 0xBF are the lowest signed values.
   static Wide is_lead(Wide bytes) {
     return _mm_cmpgt_epi8(bytes, _mm_set1_epi8(-65));

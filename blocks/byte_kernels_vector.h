@@ -23,6 +23,10 @@ using Narrow = Isa::Narrow;  // 16 bytes
 constexpr Offset kWide = sizeof(Wide);
 constexpr Offset kBlock = 64;  // positions in a word
 
+// How far ahead long scans ask for memory, also beyond their range: that
+// bridges the gap between the stretches that a long text is scanned in.
+constexpr Offset kAhead = 1024;
+
 int lowest_bit(std::uint64_t word) { return __builtin_ctzll(word); }
 int highest_bit(std::uint64_t word) { return 63 - __builtin_clzll(word); }
 
@@ -260,7 +264,6 @@ template <class Test>
                                                const Byte* last,
                                                const Test& test) {
   constexpr Offset kPair = 2 * kWide;
-  constexpr Offset kAhead = 1024;
   const Offset count = last - first;
   if (count < kPair) {
     const std::uint64_t word = part_bits(first, count, test);
@@ -276,8 +279,6 @@ template <class Test>
     position += 2 * kPair;
     position -= reinterpret_cast<std::uintptr_t>(position) % kWide;
     for (const Byte* const stop = tail - kPair; position < stop;) {
-      // Asking ahead, also beyond the range, bridges the gap between the
-      // stretches that a long text is scanned in.
       __builtin_prefetch(position + kAhead);
       __builtin_prefetch(position + kAhead + kPair);
       const Quad next(position, position + kPair, test);
@@ -484,40 +485,52 @@ Walk walk_block(const Byte* first, Offset count, Offset most) {
   return {first + Isa::nth_bit(starts, most), most};
 }
 
-// Whether the continuation bytes among `kWide` bytes are where the bytes
-// before say. Reads 3 bytes before them.
+// Checks, vector by vector, that the continuation bytes are where the bytes
+// before say. Reads 3 bytes before each vector.
 struct Check {
-  Wide wrong;
-  Wide sums;
-  Wide second;
-  Wide third;
-  Wide fourth;
+  // Taken off without a borrow, these leave the highest bit to the bytes from
+  // 0xC0, 0xE0 and 0xF0 on: those that expect a continuation byte 1, 2 and 3
+  // bytes behind.
+  Wide two;
+  Wide three;
+  Wide four;
+  Wide last_continuation;
+  Wide in_order;  // the highest bit of every lane, while all is
+  Wide sums;      // of lead bytes
 
   void take(const Byte* at) {
     const Wide expected = Isa::either(
-        Isa::either(Isa::subtract_to_zero(Isa::load(at - 1), second),
-                    Isa::subtract_to_zero(Isa::load(at - 2), third)),
-        Isa::subtract_to_zero(Isa::load(at - 3), fourth));
-    const Wide leads = Isa::is_lead(Isa::load(at));
-    const Wide free = Isa::equal(expected, Isa::fill(0));
-    wrong = Isa::either(wrong, Isa::differ(leads, free));
+        Isa::either(Isa::subtract_to_zero(Isa::load(at - 1), two),
+                    Isa::subtract_to_zero(Isa::load(at - 2), three)),
+        Isa::subtract_to_zero(Isa::load(at - 3), four));
+    const Wide leads = Isa::greater(Isa::load(at), last_continuation);
+    in_order = Isa::both(in_order, Isa::differ(expected, leads));
     sums = Isa::subtract(sums, leads);
   }
+
+  bool fails() const { return Isa::bits(in_order) != low_bits(kWide); }
 };
 
-// Goes over groups of four vectors while all is in order, at most `groups` (up
-// to 63). `walk.next` is the start of a character with 3 bytes of the range
-// before it, and is one again afterwards.
+constexpr Offset kGroup = 2 * kWide;
+constexpr Offset kMostGroups = 127;  // sums in single lanes don't wrap
+
+// Goes over groups of two vectors while all is in order, at most `groups`.
+// `walk.next` is the start of a character with 3 bytes of the range before it,
+// and is one again afterwards.
 void walk_groups(Walk& walk, Offset groups) {
-  Check check{Isa::fill(0), Isa::fill(0), Isa::fill(0xBF), Isa::fill(0xDF),
-              Isa::fill(0xEF)};
+  Check check{Isa::fill(0x40), Isa::fill(0x60), Isa::fill(0x70),
+              Isa::fill(0xBF), Isa::fill(0xFF), Isa::fill(0)};
   const Byte* position = walk.next;
-  for (; groups > 0; --groups, position += 4 * kWide) {
+  const Byte* const stop = position + groups * kGroup;
+  for (; position < stop; position += kGroup) {
+    __builtin_prefetch(position + kAhead);
     const Wide before = check.sums;
-    for (int i = 0; i < 4; ++i) check.take(position + i * kWide);
-    if (!Isa::any(check.wrong)) continue;
-    check.sums = before;
-    break;
+    check.take(position);
+    check.take(position + kWide);
+    if (check.fails()) [[unlikely]] {
+      check.sums = before;
+      break;
+    }
   }
   if (position == walk.next) return;
   walk.next = position;
@@ -543,16 +556,15 @@ Walk vector_walk_characters(const Byte* first, const Byte* last, Offset most) {
     walk.next = step.next;
     walk.characters += step.characters;
     if (walk.next - first < 3) continue;
-    Offset groups = 63;
-    while (groups == 63) {
+    for (;;) {
       const Offset room = last - walk.next;
       const Offset wanted = most - walk.characters;
-      const Offset whole = (room < wanted ? room : wanted) / (4 * kWide);
-      if (whole == 0) break;
-      groups = whole < 63 ? whole : 63;
+      const Offset whole = (room < wanted ? room : wanted) / kGroup;
+      const Offset groups = whole < kMostGroups ? whole : kMostGroups;
+      if (groups == 0) break;
       const Byte* const before = walk.next;
       walk_groups(walk, groups);
-      if (walk.next - before < (groups - 1) * 4 * kWide) break;
+      if (walk.next - before <= (groups - 1) * kGroup) break;
     }
   }
   return walk;
