@@ -125,9 +125,8 @@ std::int32_t utf8_WordTableReplace(
   const Host host{reference, yield};
   const auto find_words = [&] {
     const BlockLock lock(block);
-    PatternSearcher searcher(lock.contents(), {parts, part_count}, host,
-                             Offset{end} - from);
-    return find_all_matches(searcher, from, end, host);
+    return find_all_matches(lock.contents(), {parts, part_count}, from, end,
+                            host);
   };
   const PatternList found = find_words();
   if (!found.made) return 0;

@@ -55,11 +55,24 @@ bool PreparedPattern::step(const Part& part, Run& run, Offset end) const {
   return true;
 }
 
+// Takes the first characters as long as they are single bytes.
+void PreparedPattern::take_ascii(const Part& part, Run& run, Offset end) const {
+  const Offset most = std::min({end - run.next, part.limit, kShortRun});
+  Offset taken = 0;
+  while (taken < most && text_[run.next + taken] < 0x80 &&
+         part.accepted.accepts_ascii(text_[run.next + taken])) {
+    ++taken;
+  }
+  run.next += taken;
+  run.count += taken;
+}
+
 PreparedPattern::Run PreparedPattern::run_of(int part, Offset position,
                                              Offset end) {
   Part& prepared = *parts_[static_cast<std::size_t>(part)];
   Run run{position, 0, true};
   if (jump_known(prepared, run, end)) return run;
+  take_ascii(prepared, run, end);
   while (run.next < end && run.count < prepared.limit) {
     if (run.count >= kShortRun) {
       extend(prepared, run, end);
@@ -70,6 +83,15 @@ PreparedPattern::Run PreparedPattern::run_of(int part, Offset position,
   return run;
 }
 
+// How far to look from `position` on: at most up to a run known from before.
+Offset PreparedPattern::stretch_end(const Part& part, Offset position,
+                                    Offset end) {
+  const Offset most = std::min(end, position + CharacterClass::kMostCovered);
+  const LongRun& known = part.known;
+  const bool is_ahead = known.range_end == end && position < known.start;
+  return is_ahead ? std::min(most, known.start) : most;
+}
+
 // Goes on with a run that has become long.
 void PreparedPattern::extend(Part& part, Run& run, Offset end) const {
   Offset start = run.next;  // of what is in order up to the end
@@ -77,9 +99,9 @@ void PreparedPattern::extend(Part& part, Run& run, Offset end) const {
   while (run.next < end && run.count < part.limit) {
     if (jump_known(part, run, end)) break;
     const Byte* const first = text_ + run.next;
-    const Walk walk = walk_characters(
-        first, first + std::min(end - run.next, CharacterClass::kMostCovered),
-        part.limit - run.count);
+    const Walk walk =
+        walk_characters(first, text_ + stretch_end(part, run.next, end),
+                        part.limit - run.count);
     const Offset length = walk.next - first;
     if (length == 0) {
       if (!step(part, run, end)) break;

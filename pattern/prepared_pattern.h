@@ -81,7 +81,9 @@ class PreparedPattern {
     LongRun known;
   };
 
+  static Offset stretch_end(const Part& part, Offset position, Offset end);
   bool step(const Part& part, Run& run, Offset end) const;
+  void take_ascii(const Part& part, Run& run, Offset end) const;
   void extend(Part& part, Run& run, Offset end) const;
   bool jump_known(const Part& part, Run& run, Offset end) const;
 
