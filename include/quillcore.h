@@ -188,10 +188,10 @@ typedef struct QuillRangePart {
 /// their selections, which don't overlap. iArrayToReplaceTable makes one,
 /// WordTable_FillReplaceTable fills it in, InsertMultiple applies it.
 typedef struct QuillReplaceEntry {
-  int32_t start;            ///< of the selection, a byte offset
-  int32_t end;              ///< just past it
-  const char* replacement;  ///< bytes, not owned; not read for kind 0
-  int32_t replacement_length;
+  int32_t start;               ///< of the selection, a byte offset
+  int32_t end;                 ///< just past it
+  const char* replacement;     ///< bytes, not owned; not read for kind 0
+  int32_t replacement_length;  ///< bytes
   /// 0: the selection stays; else it is replaced, and the replacement is
   /// 1: shorter than the selection, 2: as long, 3: longer.
   int32_t kind;
@@ -211,6 +211,16 @@ typedef struct QuillWordEntry {
   int32_t replacement_length;
 } QuillWordEntry;
 
+/// How qSortV compares two elements.
+///
+/// @param first       one element of the array
+/// @param second      another
+/// @param text        this and the following as qSortV was given them
+/// @param mask_keys   see above
+/// @param mask_values see above
+/// @param mask_count  see above
+/// @return below 0 when the first comes first, 0 when it does not matter,
+///         above 0 when the second comes first
 typedef int (*QuillCompare)(const void* first, const void* second, char* text,
                             int32_t* mask_keys, int32_t* mask_values,
                             int32_t mask_count);

@@ -81,8 +81,10 @@ bool order_equals(Items items, int number_bits) {
 
 bool order_ranked(Items items, const Ranks& ranks) {
   if (ranks.most_equal == 1) return true;
-  const int number_bits = std::bit_width(ranks.most_equal - 1);
-  if (std::bit_width(ranks.different - 1) + number_bits <= 32) {
+  const auto number_bits =
+      static_cast<int>(std::bit_width(ranks.most_equal - 1));
+  if (static_cast<int>(std::bit_width(ranks.different - 1)) + number_bits <=
+      32) {
     return order_equals<std::uint32_t>(items, number_bits);
   }
   return order_equals<std::uint64_t>(items, 32);
