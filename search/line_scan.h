@@ -91,7 +91,7 @@ class LineScan {
       if (word == last >> 6) bits &= ~std::uint64_t{0} >> (63 - (last & 63));
       if (word == first >> 6) bits &= ~std::uint64_t{0} << (first & 63);
       if (bits != 0)
-        return window_start_ + word * 64 + std::bit_width(bits) - 1;
+        return window_start_ + word * 64 + 63 - std::countl_zero(bits);
     }
     return -1;
   }
