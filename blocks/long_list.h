@@ -9,6 +9,7 @@
 #pragma once
 
 #include <array>
+#include <span>
 
 #include "blocks/base.h"
 #include "blocks/memory_manager.h"
@@ -44,6 +45,10 @@ class LongList {
     return append(first_start, first_end) && append(second_start, second_end);
   }
 
+  // Appends the longs of whole pairs, as many of them as fit. False when the
+  // list could not grow for the others.
+  [[nodiscard]] bool append_pairs(std::span<const std::int32_t> longs);
+
   Offset long_count() const { return count_; }
 
   // False once the first full-sized Block could not be had: the whole search
@@ -60,14 +65,14 @@ class LongList {
  private:
   [[nodiscard]] bool grow();
 
+  static constexpr Offset kOnStack = 256;
+
   QuillBlock block_ = nullptr;
+  std::array<std::int32_t, kOnStack> on_stack_;  // undefined until appended to
   std::int32_t* longs_ = on_stack_.data();
   Offset count_ = 0;
   Offset room_ = kOnStack;
   bool failed_to_start_ = false;
-
-  static constexpr Offset kOnStack = 256;
-  std::array<std::int32_t, kOnStack> on_stack_;  // undefined until appended to
 };
 
 }  // namespace quill

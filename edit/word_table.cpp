@@ -120,13 +120,13 @@ std::int32_t utf8_WordTableReplace(
   const std::int32_t end = *to;
   *new_end = end;
   const std::int32_t size = GetHandleSize(block);
-  if (block == nullptr || from < 0 || end > size) return 0;
+  if (block == nullptr || end > size) return 0;
 
   const Host host{reference, yield};
   const auto find_words = [&] {
     const BlockLock lock(block);
-    const PatternSearcher searcher(lock.contents(), {parts, part_count}, host);
-    return find_all_matches(searcher, from, end, host);
+    return find_all_matches(lock.contents(), {parts, part_count}, from, end,
+                            host);
   };
   const PatternList found = find_words();
   if (!found.made) return 0;

@@ -227,20 +227,57 @@ extern QUILL_EXPORT int32_t YieldMax;
 // Blocks and byte moves
 // ---------------------------------------------------------------------------
 
+/// Makes a Block whose contents are undefined.
+///
+/// @param size  bytes; 0 makes a Block with an address but no contents
+/// @return the Block, the host's, to be disposed of; null when `size` is
+///         negative or memory is short
 QUILL_EXPORT QuillBlock NewBlock(int32_t size);
 
+/// Makes a Block filled with zero bytes.
+///
+/// @param size  bytes, as for NewBlock
+/// @return as NewBlock
 QUILL_EXPORT QuillBlock NewBlockClear(int32_t size);
 
+/// Changes the size of a Block and unlocks it. The contents may move; the bytes
+/// up to the smaller of both sizes stay. When the size can't be had, size and
+/// contents stay as they were: the host compares GetBlockSize. Bytes that a
+/// larger size adds are undefined.
+///
+/// @param block  the Block; null is ignored
+/// @param size   bytes; a negative size can't be had
+/// @return `block`, always
 QUILL_EXPORT QuillBlock ResizeBlock(QuillBlock block, int32_t size);
 
+/// The size of a Block.
+///
+/// @param block  the Block, or null
+/// @return bytes; 0 for null
 QUILL_EXPORT int32_t GetBlockSize(QuillBlock block);
 
+/// Locks a Block, so that its contents stay where they are.
+///
+/// @param block  the Block, not null
+/// @return the address of the contents, valid until the Block is unlocked,
+///         resized or disposed of
 QUILL_EXPORT char* LockBlock(QuillBlock block);
 
+/// Unlocks a Block, however often it was locked.
+///
+/// @param block  the Block; null is ignored
 QUILL_EXPORT void UnlockBlock(QuillBlock block);
 
+/// Releases a Block and its contents, locked or not.
+///
+/// @param block  the Block, not used again afterwards; null is ignored
 QUILL_EXPORT void DisposeBlock(QuillBlock block);
 
+/// Copies bytes as if through a buffer: the two places may overlap.
+///
+/// @param source       address of the first byte copied
+/// @param destination  where it goes
+/// @param count        bytes; 0 or less does nothing
 QUILL_EXPORT void MoveBytes(const void* source, void* destination,
                             int32_t count);
 
@@ -248,30 +285,116 @@ QUILL_EXPORT void MoveBytes(const void* source, void* destination,
 // Arrays of longs
 // ---------------------------------------------------------------------------
 
+/// Finds a value in an ascending array by bisection; compares signed. Reads
+/// about log2(count) + 1 elements.
+///
+/// @param array  the elements, ascending; equal ones may occur
+/// @param count  number of elements; with 0 or less the array is not read
+/// @param key    the value sought
+/// @param index  always set: to the index of the first element equal to `key`,
+///               else to that of the first greater one, else to `count` (0 when
+///               that is negative)
+/// @return 1 when an element equals `key`, else 0
 QUILL_EXPORT int32_t BinarySearchLongs(const int32_t* array, int32_t count,
                                        int32_t key, int32_t* index);
 
+/// Sorts part of an array in place into ascending signed order. Allocates
+/// nothing; n log n comparisons at most.
+///
+/// @param array  the elements
+/// @param first  index of the first element to be sorted
+/// @param limit  index just past the last one; nothing happens when it is not
+///               above `first`
 QUILL_EXPORT void SortLongs(int32_t* array, int32_t first, int32_t limit);
 
+/// Exchanges two values.
+///
+/// @param first   the one
+/// @param second  the other; may be the same
 QUILL_EXPORT void SwapLongs(int32_t* first, int32_t* second);
 
 // ---------------------------------------------------------------------------
 // Reading characters
 // ---------------------------------------------------------------------------
 
+/// Reads the first character whose first byte lies at or after a position:
+/// skips continuation bytes. Stepping through a text passes `next` as the next
+/// position.
+///
+/// @param text       address of offset 0; null reads as no character
+/// @param position   byte offset at which reading begins
+/// @param end        byte offset that bounds the reading, exclusive
+/// @param start      set to the offset of the character's first byte; not
+///                   written without a character
+/// @param character  set to the packed character; not written without one
+/// @param next       always set: to the offset just past the character, or to
+///                   `end` without one
+/// @return 1 when a character was read; 0 when `position` is negative or not
+///         below `end`, when only continuation bytes are left, or when `end`
+///         cuts the character off
 QUILL_EXPORT int32_t utf8_GetNextCharAsLong(const char* text, int32_t position,
                                             int32_t end, int32_t* start,
                                             int32_t* character, int32_t* next);
 
+/// Reads the same character as utf8_GetNextCharAsLong, but tells its length and
+/// its code point. The code point is put together unchecked: overlong forms,
+/// surrogates and whatever follows a first byte give some value.
+///
+/// @param text       address of offset 0; null reads as no character
+/// @param position   byte offset at which reading begins
+/// @param end        byte offset that bounds the reading, exclusive
+/// @param start      set to the offset of the character's first byte; not
+///                   written without a character
+/// @param length     set to the character's length in bytes, 1 to 4; not
+///                   written without one
+/// @param code_point set to the code point; not written without one
+/// @param next       always set: to the offset just past the character, or to
+///                   `end` without one
+/// @return 1 when a character was read; 0 when `position` is negative or not
+///         below `end`, when only continuation bytes are left, or when `end`
+///         cuts the character off
 QUILL_EXPORT int32_t utf8_GetNextCharValue(const char* text, int32_t position,
                                            int32_t end, int32_t* start,
                                            int32_t* length, int32_t* code_point,
                                            int32_t* next);
 
+/// Reads the character that contains a position: from a continuation byte it
+/// goes back to the nearest byte that is none, however far. That character may
+/// end before `position` when more continuation bytes follow it than it
+/// announces. Where nothing but continuation bytes lies before, reads as
+/// utf8_GetNextCharAsLong.
+///
+/// @param text       address of offset 0; null reads as no character
+/// @param position   byte offset
+/// @param end        byte offset that bounds the reading, exclusive
+/// @param start      set to the offset of the character's first byte; not
+///                   written without a character
+/// @param character  set to the packed character; not written without one
+/// @param next       always set: to the offset just past the character, or to
+///                   `end` without one
+/// @return 1 when a character was read; 0 when `position` is negative or not
+///         below `end`, when only continuation bytes are left, or when `end`
+///         cuts the character off
 QUILL_EXPORT int32_t utf8_GetCharAsLong(const char* text, int32_t position,
                                         int32_t end, int32_t* start,
                                         int32_t* character, int32_t* next);
 
+/// Reads the character that the nearest byte before a position that is no
+/// continuation byte begins. Stepping backwards passes `start` as the next
+/// position. The character is read in full up to `end`, so `next` may lie
+/// beyond `position`.
+///
+/// @param text       address of offset 0; null reads as no character
+/// @param position   byte offset; may equal `end`
+/// @param end        byte offset that bounds the reading, exclusive
+/// @param start      set to the offset of the character's first byte; not
+///                   written without a character
+/// @param character  set to the packed character; not written without one
+/// @param next       always set: to the offset just past the character, or to
+///                   `end` without one
+/// @return 1 when a character was read; 0 when `position` is below 1 or above
+///         `end`, when only continuation bytes lie before it, or when `end`
+///         cuts the character off
 QUILL_EXPORT int32_t utf8_GetPrevCharAsLong(const char* text, int32_t position,
                                             int32_t end, int32_t* start,
                                             int32_t* character, int32_t* next);
@@ -280,14 +403,52 @@ QUILL_EXPORT int32_t utf8_GetPrevCharAsLong(const char* text, int32_t position,
 // Counting characters
 // ---------------------------------------------------------------------------
 
+/// Counts the characters whose first byte lies in a range. Goes by first bytes
+/// alone: a continuation byte where a character is due counts as one, and a
+/// character that the end cuts off counts in full. Allocates nothing.
+///
+/// @param text   address of offset 0; null is refused
+/// @param start  byte offset; refused when negative or above `end`
+/// @param end    byte offset, exclusive
+/// @param count  set to 0 first, also when refused; then to the number of
+///               characters
+/// @return 1, or 0 when refused
 QUILL_EXPORT int32_t utf8_CountCharacters(const char* text, int32_t start,
                                           int32_t end, int32_t* count);
 
+/// Counts as utf8_CountCharacters does, and asks the host on the way.
+///
+/// @param text       address of offset 0; null is refused
+/// @param start      byte offset; refused when negative or above `end`
+/// @param end        byte offset, exclusive
+/// @param count      set to 0 first, also when refused; then to the number of
+///                   characters, up to the stop if the host stops
+/// @param reference  handed to `yield` unchanged
+/// @param yield      asked every YieldMax characters; hears the offset just
+///                   past the last one, which lies beyond `end` when that cuts
+///                   it off
+/// @return 1, also when the host stopped; 0 when refused
 QUILL_EXPORT int32_t utf8_CountCharactersTask(const char* text, int32_t start,
                                               int32_t end, int32_t* count,
                                               int32_t reference,
                                               QuillYield yield);
 
+/// Finds the offset that lies a number of characters after another. Each step
+/// goes to the end of the character that contains the offset, as
+/// utf8_GetCharAsLong reads it: from inside a character to its end, and where
+/// stray continuation bytes follow a character no further (the steps left are
+/// then not taken one by one). Allocates nothing.
+///
+/// @param text    address of offset 0; null reads as no character
+/// @param start   byte offset of the first step
+/// @param end     byte offset, exclusive
+/// @param count   in: how many characters to step over. Left as it is when that
+///                is below 1 and when all were; else set to the number stepped
+///                over before `end`, or to 0 when `start` is negative or not
+///                below `end`, or a character could not be read
+/// @param offset  always set: to the offset reached, or to `end` on a result of
+///                0
+/// @return 1 when that many characters were stepped over, else 0
 QUILL_EXPORT int32_t utf8_CountToOffset(const char* text, int32_t start,
                                         int32_t end, int32_t* count,
                                         int32_t* offset);
@@ -460,6 +621,29 @@ QUILL_EXPORT int32_t utf8_MaskStringSelection(
 // Searching bytes
 // ---------------------------------------------------------------------------
 
+/// Finds the first occurrence of a byte string that lies wholly in a range.
+/// Bytes are compared as they are. Takes time linear in the text whatever text
+/// and pattern are; allocates nothing.
+///
+/// @param text            address of offset 0; null is refused
+/// @param start           byte offset; refused when negative or above `end`
+/// @param end             byte offset, exclusive; refused below 1
+/// @param pattern         the bytes sought, any values; null is refused
+/// @param pattern_length  bytes; refused below 1 and above `end` - `start`
+/// @param reserved1       not looked at
+/// @param reserved2       not looked at
+/// @param reserved3       not looked at
+/// @param reserved4       not looked at
+/// @param found_start     set to the start of the occurrence, or to 0; not
+///                        written when refused
+/// @param found_end       set to its end, or to the offset at which the search
+///                        ended (`end`, or where the host stopped it); not
+///                        written when refused
+/// @param reference       handed to `yield` unchanged
+/// @param yield           asked every YieldMax offsets without an occurrence;
+///                        hears the last of them. After a stop no further
+///                        offset is examined
+/// @return 1 when there is an occurrence; else 0, also when refused or stopped
 QUILL_EXPORT int32_t FindStr(const char* text, int32_t start, int32_t end,
                              const char* pattern, int32_t pattern_length,
                              int32_t reserved1, int32_t reserved2,
@@ -467,6 +651,35 @@ QUILL_EXPORT int32_t FindStr(const char* text, int32_t start, int32_t end,
                              int32_t* found_start, int32_t* found_end,
                              int32_t reference, QuillYield yield);
 
+/// Lists all occurrences of a byte string that lie wholly in a range, from left
+/// to right; each is sought from the end of the one before, so they never
+/// overlap. Takes time linear in the text whatever text and pattern are.
+///
+/// @param text            address of offset 0; null is refused
+/// @param start           byte offset; refused when negative or above `end`
+/// @param end             byte offset, exclusive; refused below 1
+/// @param pattern         the bytes sought, any values; null is refused
+/// @param pattern_length  bytes; refused below 1 and above `end` - `start`
+/// @param reserved1       not looked at
+/// @param reserved2       not looked at
+/// @param reserved3       not looked at
+/// @param reserved4       not looked at
+/// @param list            set to a new canonical selection list, the host's; of
+///                        0 bytes when there is no occurrence, null when it
+///                        could not be made
+/// @param long_count      set to the number of longs in the list, 2 for each
+///                        occurrence; 0 when the list could not be made
+/// @param stop            set to the offset at which the search ended: `end`,
+///                        also when the list could not be made; where the host
+///                        stopped it; or, when the list could not grow, the
+///                        start of the first occurrence that is not in it
+/// @param reference       handed to `yield` unchanged
+/// @param yield           asked every YieldMax offsets or occurrences dealt
+///                        with; hears the last offset, or the end of the
+///                        occurrence. An occurrence found when the host stops
+///                        is in the list
+/// @return 1, also when the host stopped; 0 when refused, and then nothing is
+///         written, or when the list could not be made
 QUILL_EXPORT int32_t FindStrAll(const char* text, int32_t start, int32_t end,
                                 const char* pattern, int32_t pattern_length,
                                 int32_t reserved1, int32_t reserved2,
@@ -479,6 +692,39 @@ QUILL_EXPORT int32_t FindStrAll(const char* text, int32_t start, int32_t end,
 // Comparing characters, break characters
 // ---------------------------------------------------------------------------
 
+/// @name Comparing characters, break characters
+///
+/// A pattern and a break set are given in mapped form: the characters of the
+/// text are mapped through the mask before they are compared with them, the
+/// pattern and the set are not.
+/// @{
+
+/// Compares the characters of a text, from an offset on, with a pattern.
+///
+/// Each character is mapped through the mask, then compared with its element of
+/// the pattern; what follows the last of them is not looked at. Stray
+/// continuation bytes before a character are skipped, so that from inside a
+/// character the comparison begins with the next one. A character that can't be
+/// read, because the range ends within or before it, compares unequal.
+/// Allocates nothing; costs a bisection of the mask for each fixed element.
+///
+/// @param text            address of offset 0; null reads as a text without
+///                        characters
+/// @param position        byte offset where reading begins; below 0 nothing can
+///                        be read
+/// @param end             byte offset where reading ends, exclusive
+/// @param pattern         packed characters in mapped form
+/// @param pattern_count   number of them; 0 or less: an empty pattern, which
+///                        always matches
+/// @param position_flags  one byte an element, 1: fixed, any other: open, takes
+///                        any one character; null: all are fixed
+/// @param mask_keys       the mask's keys, ascending; null: no mask
+/// @param mask_values     the mask's values; null: no mask
+/// @param mask_count      number of mask entries; 0 or less: no mask
+/// @param next            set to the offset just past the last character read,
+///                        or to `end` when one could not be read, whatever the
+///                        result; not written for an empty pattern
+/// @return 1 when every element was matched by a character, else 0
 QUILL_EXPORT int32_t utf8_CompareSubstring(const char* text, int32_t position,
                                            int32_t end, const int32_t* pattern,
                                            int32_t pattern_count,
@@ -487,6 +733,20 @@ QUILL_EXPORT int32_t utf8_CompareSubstring(const char* text, int32_t position,
                                            const int32_t* mask_values,
                                            int32_t mask_count, int32_t* next);
 
+/// The same as utf8_CompareSubstring in every respect, under a second name.
+///
+/// @param text            address of offset 0
+/// @param position        byte offset where reading begins
+/// @param end             byte offset where reading ends, exclusive
+/// @param pattern         packed characters in mapped form
+/// @param pattern_count   number of them
+/// @param position_flags  one byte an element, 1: fixed; or null
+/// @param mask_keys       the mask's keys, ascending; or null
+/// @param mask_values     the mask's values; or null
+/// @param mask_count      number of mask entries
+/// @param next            set to the offset just past the last character read,
+///                        as there
+/// @return 1 when every element was matched by a character, else 0
 QUILL_EXPORT int32_t utf8_CompareSelString(const char* text, int32_t position,
                                            int32_t end, const int32_t* pattern,
                                            int32_t pattern_count,
@@ -495,16 +755,97 @@ QUILL_EXPORT int32_t utf8_CompareSelString(const char* text, int32_t position,
                                            const int32_t* mask_values,
                                            int32_t mask_count, int32_t* next);
 
+/// Tells whether the sides of a match are delimited by break characters.
+///
+/// Without a break set both sides are breaks. Otherwise the side before is the
+/// edge when the match starts at offset 0 of the text, and the side after is
+/// when the match ends at the end of the range, even when the text goes on
+/// there. The character on any other side is mapped and looked for in the set,
+/// in the order given: put the frequent ones first. A character that can't be
+/// read is no break. Allocates nothing.
+///
+/// @param text              address of offset 0
+/// @param end               end of the range searched, a byte offset
+/// @param match_start       byte offset; the character before it is tested even
+///                          where it lies before the range searched
+/// @param match_end         byte offset; the first character at or after it is
+///                          tested
+/// @param mask_keys         the mask's keys, ascending; null: no mask
+/// @param mask_values       the mask's values; null: no mask
+/// @param mask_count        number of mask entries; 0 or less: no mask
+/// @param break_characters  packed characters in mapped form, in any order;
+///                          null: no set
+/// @param break_count       number of them; 0: no set, below 0: a set that
+///                          contains nothing
+/// @param edge_flag         the byte that a side at offset 0, or at `end`, gets
+///                          as it is
+/// @param before            set to 1 when the side before is a break, else to
+///                          0, or to `edge_flag`; always written
+/// @param after             the same for the side after
 QUILL_EXPORT void utf8_TestBreakChars(
     const char* text, int32_t end, int32_t match_start, int32_t match_end,
     const int32_t* mask_keys, const int32_t* mask_values, int32_t mask_count,
     const int32_t* break_characters, int32_t break_count,
     unsigned char edge_flag, unsigned char* before, unsigned char* after);
 
+/// @}
+
 // ---------------------------------------------------------------------------
 // Searching UTF-8 text
 // ---------------------------------------------------------------------------
 
+/// @name Searching UTF-8 text
+///
+/// A match is a byte range whose characters compare equal to the pattern, as
+/// utf8_CompareSubstring has it, and whose sides pass the word test: without a
+/// break set every match does; with one, both sides must be breaks, as
+/// utf8_TestBreakChars has it, or with the invert flag both must not. An
+/// inverted test with a positive count of break characters but a null set, or
+/// an edge flag other than 0 and 1 at an edge, passes nothing. Matches lie
+/// inside the range; the character before one may not.
+///
+/// All searches take time in proportion to the range, times the number of
+/// pattern elements at worst.
+/// @{
+
+/// Finds the first match that starts in a range.
+///
+/// A unit of work is one byte offset. Under a mask, or when the first element
+/// is open, the host hears the offset to be tried next, and a stop takes effect
+/// before that is tried; otherwise the text is scanned for the first element's
+/// lead byte, the byte at the offset that the host has just heard has its look
+/// first, and a scan that runs into the end of the range counts one unit more,
+/// of which the host hears `end + 1`. A match found in the very unit is
+/// returned whatever the host answers; the host then hears its end.
+///
+/// Refused, with nothing found: a null `text` or `pattern`, `start` below 0 or
+/// above `end`, `end` below 1, `pattern_count` below 1. Allocates nothing but
+/// the index of a long break set, and does without it when memory is short.
+///
+/// @param text              address of offset 0
+/// @param start             byte offset where the range begins
+/// @param end               byte offset where the range ends, exclusive
+/// @param pattern           packed characters in mapped form
+/// @param pattern_count     number of them, at least 1
+/// @param position_flags    one byte an element, 1: fixed, any other: open;
+///                          null: all are fixed
+/// @param mask_keys         the mask's keys, ascending; null: no mask
+/// @param mask_values       the mask's values; null: no mask
+/// @param mask_count        number of mask entries; 0 or less: no mask
+/// @param break_characters  the break set, in mapped form, in any order; null:
+///                          none
+/// @param break_count       number of break characters; 0: no set, below 0: a
+///                          set that contains nothing
+/// @param edge_flag         what a side at offset 0 of the text, or at `end`,
+///                          counts as: 1 a break, 0 none
+/// @param invert_flag       1: a match needs sides that are no breaks
+/// @param found_start       set to 0 first, even when refused, then to the
+///                          start of the match
+/// @param found_end         set to `end` first, even when refused, then to the
+///                          end of the match
+/// @param reference         handed to `yield` unchanged
+/// @param yield             asked every YieldMax units; must not be null
+/// @return 1 when there is a match, else 0
 QUILL_EXPORT int32_t utf8_FindStr(
     const char* text, int32_t start, int32_t end, const int32_t* pattern,
     int32_t pattern_count, const unsigned char* position_flags,
@@ -513,6 +854,44 @@ QUILL_EXPORT int32_t utf8_FindStr(
     unsigned char edge_flag, unsigned char invert_flag, int32_t* found_start,
     int32_t* found_end, int32_t reference, QuillYield yield);
 
+/// Finds the match that starts at the highest offset of a range.
+///
+/// Tries byte offsets from `end - pattern_count` down to `start`, each a unit
+/// of work; the host hears the offset to be tried next, which is `start - 1`
+/// after the last, or the start of the match. A stop takes effect before the
+/// next offset; a match found in the very unit is returned all the same. A text
+/// that opens with stray continuation bytes is matched from offset 0, where
+/// they count as part of the first match's edge.
+///
+/// Refused, with nothing found: a null `text` or `pattern`, `start` below 0 or
+/// above `end - pattern_count`, `end` below 1, `pattern_count` below 1.
+/// Allocates as utf8_FindStr.
+///
+/// @param text              address of offset 0
+/// @param start             byte offset where the range begins
+/// @param end               byte offset where the range ends, exclusive
+/// @param pattern           packed characters in mapped form
+/// @param pattern_count     number of them, at least 1
+/// @param position_flags    one byte an element, 1: fixed, any other: open;
+///                          null: all are fixed
+/// @param mask_keys         the mask's keys, ascending; null: no mask
+/// @param mask_values       the mask's values; null: no mask
+/// @param mask_count        number of mask entries; 0 or less: no mask
+/// @param break_characters  the break set, in mapped form, in any order; null:
+///                          none
+/// @param break_count       number of break characters; 0: no set, below 0: a
+///                          set that contains nothing
+/// @param edge_flag         what a side at offset 0 of the text, or at `end`,
+///                          counts as: 1 a break, 0 none
+/// @param invert_flag       1: a match needs sides that are no breaks
+/// @param found_start       set to 0 first, even when refused, then to the
+///                          start of the match
+/// @param found_end         set to `start` first, even when refused, then to
+///                          the start, not the end, of the match: the `end` of
+///                          a search for the one before
+/// @param reference         handed to `yield` unchanged
+/// @param yield             asked every YieldMax units; must not be null
+/// @return 1 when there is a match, else 0
 QUILL_EXPORT int32_t utf8_FindStrPrev(
     const char* text, int32_t start, int32_t end, const int32_t* pattern,
     int32_t pattern_count, const unsigned char* position_flags,
@@ -521,6 +900,42 @@ QUILL_EXPORT int32_t utf8_FindStrPrev(
     unsigned char edge_flag, unsigned char invert_flag, int32_t* found_start,
     int32_t* found_end, int32_t reference, QuillYield yield);
 
+/// Finds the n-th match by repeated forward searches.
+///
+/// Each search begins at the end of the match before and is a utf8_FindStr in
+/// every respect, down to what it writes, asks and refuses, with a count of its
+/// own. The searches are units of work too: after every YieldMax of them the
+/// host hears `found_end`, and a stop takes effect before the next search.
+///
+/// @param text              address of offset 0
+/// @param start             byte offset where the range begins
+/// @param end               byte offset where the range ends, exclusive
+/// @param pattern           packed characters in mapped form
+/// @param pattern_count     number of them, at least 1
+/// @param position_flags    one byte an element, 1: fixed, any other: open;
+///                          null: all are fixed
+/// @param mask_keys         the mask's keys, ascending; null: no mask
+/// @param mask_values       the mask's values; null: no mask
+/// @param mask_count        number of mask entries; 0 or less: no mask
+/// @param break_characters  the break set, in mapped form, in any order; null:
+///                          none
+/// @param break_count       number of break characters; 0: no set, below 0: a
+///                          set that contains nothing
+/// @param edge_flag         what a side at offset 0 of the text, or at `end`,
+///                          counts as: 1 a break, 0 none
+/// @param invert_flag       1: a match needs sides that are no breaks
+/// @param occurrence        in: which match is wanted, from 1; out: the number
+///                          of searches made, minus 1. With only k matches that
+///                          is k, when the n-th was found n - 1, without any
+///                          search -1
+/// @param found_start       set to the start of the match, or to 0 when the
+///                          last search found none; not written when no search
+///                          was made
+/// @param found_end         set to `start` first, then to the end of each
+///                          match, or to `end` when a search finds none
+/// @param reference         handed to `yield` unchanged
+/// @param yield             asked every YieldMax units; must not be null
+/// @return the result of the last search; 1 when none was asked for
 QUILL_EXPORT int32_t utf8_FindStrNth(
     const char* text, int32_t start, int32_t end, const int32_t* pattern,
     int32_t pattern_count, const unsigned char* position_flags,
@@ -530,6 +945,38 @@ QUILL_EXPORT int32_t utf8_FindStrNth(
     int32_t* found_start, int32_t* found_end, int32_t reference,
     QuillYield yield);
 
+/// Counts the matches, each search beginning at the end of the match before.
+///
+/// Yields as utf8_FindStr within each search and, like utf8_FindStrNth, every
+/// YieldMax searches, when the host hears where the next one would begin. A
+/// stop between two searches leaves `stop` there; one within a search, and
+/// parameters that utf8_FindStr refuses, end the count at `end`.
+///
+/// @param text              address of offset 0
+/// @param start             byte offset where the range begins
+/// @param end               byte offset where the range ends, exclusive
+/// @param pattern           packed characters in mapped form
+/// @param pattern_count     number of them, at least 1
+/// @param position_flags    one byte an element, 1: fixed, any other: open;
+///                          null: all are fixed
+/// @param mask_keys         the mask's keys, ascending; null: no mask
+/// @param mask_values       the mask's values; null: no mask
+/// @param mask_count        number of mask entries; 0 or less: no mask
+/// @param break_characters  the break set, in mapped form, in any order; null:
+///                          none
+/// @param break_count       number of break characters; 0: no set, below 0: a
+///                          set that contains nothing
+/// @param edge_flag         what a side at offset 0 of the text, or at `end`,
+///                          counts as: 1 a break, 0 none
+/// @param invert_flag       1: a match needs sides that are no breaks
+/// @param match_count       set to the number of matches, at the end of the
+///                          call
+/// @param stop              set to the offset where searching stopped, at the
+///                          end of the call: `end` when the range was searched
+///                          through, `start` when it is empty
+/// @param reference         handed to `yield` unchanged
+/// @param yield             asked every YieldMax units; must not be null
+/// @return always 1
 QUILL_EXPORT int32_t utf8_CountStrAll(
     const char* text, int32_t start, int32_t end, const int32_t* pattern,
     int32_t pattern_count, const unsigned char* position_flags,
@@ -538,6 +985,39 @@ QUILL_EXPORT int32_t utf8_CountStrAll(
     unsigned char edge_flag, unsigned char invert_flag, int32_t* match_count,
     int32_t* stop, int32_t reference, QuillYield yield);
 
+/// Lists the matches, each search beginning at the end of the match before.
+///
+/// The result is a selection list, in a Block that becomes the host's: the
+/// start and the end of every match, ascending, none overlapping. Yields and
+/// stops as utf8_CountStrAll, with the matches found so far in the list. A list
+/// that can't grow ends the search with what is in it. Outputs are written at
+/// the end of the call.
+///
+/// @param text              address of offset 0
+/// @param start             byte offset where the range begins
+/// @param end               byte offset where the range ends, exclusive
+/// @param pattern           packed characters in mapped form
+/// @param pattern_count     number of them, at least 1
+/// @param position_flags    one byte an element, 1: fixed, any other: open;
+///                          null: all are fixed
+/// @param mask_keys         the mask's keys, ascending; null: no mask
+/// @param mask_values       the mask's values; null: no mask
+/// @param mask_count        number of mask entries; 0 or less: no mask
+/// @param break_characters  the break set, in mapped form, in any order; null:
+///                          none
+/// @param break_count       number of break characters; 0: no set, below 0: a
+///                          set that contains nothing
+/// @param edge_flag         what a side at offset 0 of the text, or at `end`,
+///                          counts as: 1 a break, 0 none
+/// @param invert_flag       1: a match needs sides that are no breaks
+/// @param list              set to the list, or to null when there is no match
+/// @param long_count        set to the number of longs in it, two a match
+/// @param stop              set to the offset where searching stopped, as
+///                          utf8_CountStrAll does
+/// @param reference         handed to `yield` unchanged
+/// @param yield             asked every YieldMax units; must not be null
+/// @return 1, also when stopped or refused; 0 when the list can't be made, with
+///         no list, a count of 0 and `stop` at `end`
 QUILL_EXPORT int32_t utf8_FindStrAll(
     const char* text, int32_t start, int32_t end, const int32_t* pattern,
     int32_t pattern_count, const unsigned char* position_flags,
@@ -545,6 +1025,8 @@ QUILL_EXPORT int32_t utf8_FindStrAll(
     const int32_t* break_characters, int32_t break_count,
     unsigned char edge_flag, unsigned char invert_flag, QuillBlock* list,
     int32_t* long_count, int32_t* stop, int32_t reference, QuillYield yield);
+
+/// @}
 
 // ---------------------------------------------------------------------------
 // Breaks
@@ -1162,6 +1644,23 @@ QUILL_EXPORT int32_t utf8_WordTableReplace(
 // Swapping byte patterns
 // ---------------------------------------------------------------------------
 
+/// Overwrites every occurrence of a byte string in a range with another of the
+/// same length, from left to right. Swapped bytes are not examined again, so
+/// occurrences never overlap; one that would cross `end` stays. Allocates
+/// nothing.
+///
+/// @param buffer       address of offset 0; the bytes are changed in place
+/// @param start        byte offset; what lies before offset 0 is passed over
+/// @param end          byte offset, exclusive
+/// @param pattern      `length` bytes, any values, read only
+/// @param replacement  `length` bytes, any values, read only
+/// @param length       bytes in each of them
+/// @param reference    handed to `yield` unchanged
+/// @param yield        asked every YieldMax offsets or swaps; hears the last
+///                     offset dealt with, of a swap its last byte. After a stop
+///                     nothing more is swapped; what was stays
+/// @return always 1: also when stopped, and when `start` is not below `end`,
+///         `end` is negative or `length` is below 1, and nothing happens
 QUILL_EXPORT int32_t BytePatternSwap(char* buffer, int32_t start, int32_t end,
                                      const char* pattern,
                                      const char* replacement, int32_t length,
@@ -1394,15 +1893,54 @@ QUILL_EXPORT int32_t ExtractSelections(
 // Functions with C++ linkage
 // ---------------------------------------------------------------------------
 
+/// Changes the size of a Block that is being filled and locks it again. The
+/// bytes up to the smaller of both sizes stay. When `size` equals `capacity`
+/// nothing is done at all.
+///
+/// @param block     the host's variable that holds the Block, locked
+/// @param capacity  the size in bytes that the host takes it to have; set to
+///                  `size` on success
+/// @param contents  set to the address of the contents on success
+/// @param size      bytes
+/// @return 1 when the Block has that size and is locked; 0 when it is gone: the
+///         variable held null, or the size could not be had and the Block has
+///         been disposed of. The variables then keep what they held, which is
+///         not to be used any more
 QUILL_EXPORT int32_t ResizeActiveBlock(QuillBlock* block, int32_t* capacity,
                                        char** contents, int32_t size);
 
+/// Reads one bit of a bit set: bit n is bit n mod 8, least significant first,
+/// of byte n / 8.
+///
+/// @param bits  address of the first byte
+/// @param bit   number of the bit, not negative
+/// @return the bit, 0 or 1
 QUILL_EXPORT int32_t BitTest(char* bits, int32_t bit);
 
+/// Sets one bit, numbered as for BitTest, to 1.
+///
+/// @param bits  address of the first byte
+/// @param bit   number of the bit, not negative
 QUILL_EXPORT void BitSet(char* bits, int32_t bit);
 
+/// Sets one bit, numbered as for BitTest, to 0.
+///
+/// @param bits  address of the first byte
+/// @param bit   number of the bit, not negative
 QUILL_EXPORT void BitClear(char* bits, int32_t bit);
 
+/// Finds the first occurrence of a byte in a range. Checks nothing; allocates
+/// nothing.
+///
+/// @param text       address of offset 0
+/// @param start      byte offset, not negative
+/// @param end        byte offset, exclusive; nothing is read when it is not
+///                   above `start`
+/// @param byte       the byte sought
+/// @param reference  handed to `yield` unchanged
+/// @param yield      asked every YieldMax offsets; hears the next offset. After
+///                   a stop that one is still examined
+/// @return its offset; -1 when there is none or the host stopped before it
 QUILL_EXPORT int32_t FindByte(char* text, int32_t start, int32_t end, char byte,
                               int32_t reference, QuillYield yield);
 

@@ -3,10 +3,18 @@
 // One searcher serves every operation: the first match forwards, with its fast
 // start at the first byte that can begin a match, and the last one backwards.
 // Each attempt at an offset is a unit of work.
+//
+// The searcher is made once per call of an operation. In a range that pays for
+// it the pattern is prepared, attempts that fail at their first character are
+// skipped in stretches, and the others are decided by runs of bits; the rest,
+// and text that is not in order, goes by the book.
 #pragma once
 
 #include "blocks/base.h"
 #include "blocks/yield_meter.h"
+#include "pattern/attempt_count.h"
+#include "pattern/coverage_window.h"
+#include "pattern/prepared_pattern.h"
 #include "pattern/range_pattern.h"
 
 namespace quill {
@@ -29,14 +37,32 @@ struct MatchVariables {
 
 class PatternSearcher {
  public:
-  PatternSearcher(const char* text, RangePattern pattern, Host host)
-      : text_(as_bytes(text)), pattern_(pattern), host_(host) {}
+  // For searches that together go over at most `range_length` bytes.
+  PatternSearcher(const char* text, RangePattern pattern, Host host,
+                  Offset range_length)
+      : text_(as_bytes(text)),
+        pattern_(pattern),
+        host_(host),
+        range_length_(range_length),
+        prepared_(text_, pattern) {}
 
   // The first match that starts in [from, to) and ends by `to`.
-  bool find_first(Offset from, Offset to, MatchVariables found) const;
+  bool find_first(Offset from, Offset to, MatchVariables found);
 
   // The match that starts at the highest offset below `to`.
-  bool find_last(Offset from, Offset to, MatchVariables found) const;
+  bool find_last(Offset from, Offset to, MatchVariables found);
+
+  // Searches again and again, each time from the end of the last match, as long
+  // as the matches lie whole in a stretch looked through before and no search
+  // can come to ask the host; at most `most` times. Ends early where that does
+  // not hold, or when `take`, which gets each match, refuses one.
+  struct Taken {
+    Offset searches;
+    Offset position;  // where the next search begins
+    bool refused;
+  };
+  template <class Take>
+  Taken take_runs(Offset position, Offset to, Offset most, Take take) const;
 
   // Where the search after a match goes on: at its end. An empty match would
   // be found there again, so then past the character at or after it.
@@ -45,12 +71,81 @@ class PatternSearcher {
   }
 
  private:
-  // Whether every match begins with one and the same character.
+  bool decide();
   bool has_fixed_start() const;
+  bool find_by_the_book(Offset position, Offset to, MatchVariables found);
+  bool find_prepared(Offset position, Offset to, MatchVariables found);
+  bool find_last_by_the_book(Offset from, Offset to, MatchVariables found);
+  bool find_last_prepared(Offset from, Offset to, MatchVariables found);
+  Offset next_attempt(Offset position, Offset above, Offset after,
+                      Offset to) const;
+
+  // Puts the window, which does not hold `position`, there. False where it
+  // can't.
+  bool open_window(Offset position, Offset to);
+
+  // Whether the window has at least that many characters from a run's start to
+  // its end.
+  bool has_characters(Offset start, Offset end, Offset least) const {
+    const Offset length = end - start;  // of characters of 1 to 4 bytes
+    if (window_.is_ascii() || length < least) return length >= least;
+    if (length >= 4 * least) return true;
+    return count_leads(text_ + start, text_ + end) >= least;
+  }
+
+  // An attempt at a candidate in the window. When it fails, `next` is the first
+  // offset after it at which another need not fail too.
+  PatternMatch attempt_in_window(Offset position, Offset to);
+  PatternMatch finish_attempt(Offset position, const PreparedPattern::Run& run,
+                              Offset to);
+  Offset match_rest(Offset position, Offset to);
+  PreparedPattern::Run run_in_window(Offset position, Offset run_end) const;
 
   const Byte* text_;
   RangePattern pattern_;
   Host host_;
+  Offset range_length_;
+
+  enum class Way { kUndecided, kByTheBook, kPrepared };
+  Way way_ = Way::kUndecided;
+  bool fixed_start_ = false;
+  bool is_run_ = false;  // one part, which can't be empty
+  PreparedPattern prepared_;
+  CoverageWindow window_;
+  Offset out_of_order_until_ = -1;
 };
+
+template <class Take>
+PatternSearcher::Taken PatternSearcher::take_runs(Offset position, Offset to,
+                                                  Offset most,
+                                                  Take take) const {
+  Taken taken{0, position, false};
+  // A search makes no more attempts than the window has bytes.
+  const bool may_ask =
+      YieldMax > 0 && YieldMax <= CharacterClass::kMostCovered + 1;
+  if (!is_run_ || may_ask || !window_.holds(position, to) ||
+      !window_.is_bare(position)) {
+    return taken;
+  }
+  const Offset minimum = prepared_.minimum_of(0);
+  const Offset limit = prepared_.limit_of(0);
+  if (limit < minimum || (limit < kMaxLong && !window_.is_ascii())) {
+    return taken;
+  }
+  window_.each_run(position, [&](Offset start, Offset end) {
+    // Runs longer than the limit are several matches.
+    for (Offset match_end = 0; start < end; start = match_end) {
+      if (!has_characters(start, end, minimum)) break;
+      if (taken.searches >= most) return false;
+      match_end = end - start > limit ? start + limit : end;
+      taken.position = match_end;
+      taken.refused = !take(to_long(start), to_long(match_end));
+      if (taken.refused) return false;
+      ++taken.searches;
+    }
+    return true;
+  });
+  return taken;
+}
 
 }  // namespace quill

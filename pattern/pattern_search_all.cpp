@@ -15,11 +15,17 @@ namespace {
 // The walk ends: a search that finds nothing leads to `to`, and one that finds
 // an empty match leads past a character.
 template <class Take>
-Offset walk_matches(const PatternSearcher& searcher, Offset from, Offset to,
+Offset walk_matches(PatternSearcher& searcher, Offset from, Offset to,
                     Host host, Take take) {
   YieldMeter meter = host.meter();
   Offset position = from;
   while (position < to && meter.go_on()) {
+    // The search that asks is made below.
+    const auto taken =
+        searcher.take_runs(position, to, meter.units_left() - 1, take);
+    meter.skip(taken.searches);
+    position = taken.position;
+    if (taken.refused || position >= to) break;
     std::int32_t start = 0;
     std::int32_t end = 0;
     std::int32_t next = 0;
@@ -46,9 +52,8 @@ std::int32_t report(const PatternList& found, QuillBlock* list,
   return found.made ? 1 : 0;
 }
 
-PatternList find_all_keys(const PatternSearcher& outer,
-                          const PatternSearcher& key, Offset from, Offset to,
-                          Host host) {
+PatternList find_all_keys(PatternSearcher& outer, PatternSearcher& key,
+                          Offset from, Offset to, Host host) {
   LongList list;
   if (!list.start()) return {nullptr, 0, to, false};
   const auto append_key = [&](std::int32_t outer_start,
@@ -65,8 +70,9 @@ PatternList find_all_keys(const PatternSearcher& outer,
 
 }  // namespace
 
-PatternList find_all_matches(const PatternSearcher& searcher, Offset from,
-                             Offset to, Host host) {
+PatternList find_all_matches(const char* text, RangePattern pattern,
+                             Offset from, Offset to, Host host) {
+  PatternSearcher searcher(text, pattern, host, to - from);
   LongList list;
   if (!list.start()) return {nullptr, 0, to, false};
   const auto append = [&list](std::int32_t start, std::int32_t end) {
@@ -87,7 +93,7 @@ std::int32_t utf8_CountPatternAll(const char* text, std::int32_t from,
                                   std::int32_t* stop, std::int32_t reference,
                                   QuillYield yield) {
   const Host host{reference, yield};
-  const PatternSearcher searcher(text, {parts, part_count}, host);
+  PatternSearcher searcher(text, {parts, part_count}, host, Offset{to} - from);
   Offset count = 0;
   const auto count_one = [&count](std::int32_t, std::int32_t) {
     ++count;
@@ -106,9 +112,8 @@ std::int32_t utf8_FindPatternAll(const char* text, std::int32_t from,
                                  std::int32_t* long_count, std::int32_t* stop,
                                  std::int32_t reference, QuillYield yield) {
   const Host host{reference, yield};
-  const PatternSearcher searcher(text, {parts, part_count}, host);
-  return report(find_all_matches(searcher, from, to, host), list, long_count,
-                stop);
+  return report(find_all_matches(text, {parts, part_count}, from, to, host),
+                list, long_count, stop);
 }
 
 std::int32_t utf8_FindKeyPatternAll(
@@ -118,8 +123,10 @@ std::int32_t utf8_FindKeyPatternAll(
     QuillBlock* list, std::int32_t* long_count, std::int32_t* stop,
     std::int32_t reference, QuillYield yield) {
   const Host host{reference, yield};
-  const PatternSearcher outer(text, {outer_parts, outer_part_count}, host);
-  const PatternSearcher key(text, {key_parts, key_part_count}, host);
+  PatternSearcher outer(text, {outer_parts, outer_part_count}, host,
+                        Offset{to} - from);
+  PatternSearcher key(text, {key_parts, key_part_count}, host,
+                      Offset{to} - from);
   return report(find_all_keys(outer, key, from, to, host), list, long_count,
                 stop);
 }
@@ -137,8 +144,8 @@ std::int32_t utf8_SortPattern(QuillBlock* text, std::int32_t from,
   // An end beyond the contents would have the search read past them.
   if (lock.contents() == nullptr || to > lock.size()) return 1;
   const Host host{reference, yield};
-  const PatternSearcher searcher(lock.contents(), {parts, part_count}, host);
-  const PatternList found = find_all_matches(searcher, from, to, host);
+  const PatternList found =
+      find_all_matches(lock.contents(), {parts, part_count}, from, to, host);
   DisposeHandle(found.block);  // the matches themselves are nobody's
   *stop = to_long(found.stop);
   return found.made ? 1 : 0;

@@ -14,7 +14,7 @@ struct PatternList {
   bool made;          // false when memory was short from the start
 };
 
-PatternList find_all_matches(const PatternSearcher& searcher, Offset from,
-                             Offset to, Host host);
+PatternList find_all_matches(const char* text, RangePattern pattern,
+                             Offset from, Offset to, Host host);
 
 }  // namespace quill

@@ -1,8 +1,6 @@
 // Break lists: every n characters, or where lines are cut at spaces.
 //
 // A break list is a selection list in which every break is an empty selection.
-#include <algorithm>
-
 #include "blocks/active_block.h"
 #include "blocks/block_lock.h"
 #include "blocks/yield_meter.h"
@@ -38,18 +36,16 @@ struct BreakList {
 };
 
 // False when a character can't be read, or when stray continuation bytes keep
-// a step from moving: it would never end.
+// a step from moving: it would never end. Every break lies at least `chunk`
+// bytes behind the one before it, so the list holds them all.
 bool break_every(const Range& in, Offset chunk, BreakList& list,
                  YieldMeter meter) {
   Offset position = in.start;
   while (position < in.end && meter.go_on()) {
     const Stepped stepped = step_characters(in.text, position, in.end, chunk);
-    if (stepped.failed || stepped.offset <= position) return false;
+    if (stepped.failed || stepped.stuck) return false;
     position = stepped.offset;
-    if (stepped.characters == chunk) {
-      if (list.is_full()) return false;
-      list.store(position);
-    }
+    if (stepped.characters == chunk) list.store(position);
     meter.tick(position);
   }
   return true;

@@ -23,6 +23,20 @@ std::int32_t size_of(const std::string& text) {
   return static_cast<std::int32_t>(text.size());
 }
 
+// A code point as UTF-8.
+std::string encoded(int c) {
+  const auto tail = [c](int shift) {
+    return static_cast<char>(0x80 | (c >> shift & 0x3F));
+  };
+  const auto lead = [c](int mark, int shift) {
+    return static_cast<char>(mark | c >> shift);
+  };
+  if (c < 0x80) return {static_cast<char>(c)};
+  if (c < 0x800) return {lead(0xC0, 6), tail(0)};
+  if (c < 0x10000) return {lead(0xE0, 12), tail(6), tail(0)};
+  return {lead(0xF0, 18), tail(12), tail(6), tail(0)};
+}
+
 bool answer_yes(std::int32_t, std::int32_t) { return true; }
 
 TEST(RangeParts, TakeARunAsLongAsTheyMay) {
@@ -299,6 +313,90 @@ TEST(PatternSearch, AgreesWithTheModel) {
             << pattern.describe() << "\nkey " << key.describe() << "\n"
             << testing::PrintToString(subject);
         interfere(random, want.calls.size(), plan);
+      }
+    }
+  }
+}
+
+// Every character from one code point to another.
+Members scripts(std::initializer_list<std::pair<int, int>> ranges) {
+  Members members;
+  for (const auto& [first, last] : ranges) {
+    for (int c = first; c <= last; ++c) members.push_back(packed(encoded(c)));
+  }
+  std::sort(members.begin(), members.end());
+  return members;
+}
+
+// Texts long enough for the tables of long ranges, and sets that fill them in
+// every way: whole lead bytes, parts of them, more kinds than are grouped.
+TEST(PatternSearch, AgreesWithTheModelOnManyScripts) {
+  const Members sets[] = {
+      scripts({{'a', 'z'}, {'A', 'Z'}}),
+      scripts({{0x410, 0x44F}, {0x401, 0x401}, {0x451, 0x451}}),
+      scripts({{0x4E00, 0x9FFF}}),
+      scripts({{0x3041, 0x3096}, {0x30A1, 0x30FA}, {'0', '9'}}),
+      scripts({{0xE0, 0xFE}, {0x391, 0x3C9}, {0x410, 0x44F}, {0x5D0, 0x5EA}}),
+      scripts({{0x1F600, 0x1F64F}, {0x20AC, 0x20AC}, {'!', '/'}}),
+  };
+  const std::vector<std::pair<int, int>> pool = {
+      {0x20, 0x7E},     {0xE0, 0xFE},     {0x391, 0x3C9},    {0x401, 0x451},
+      {0x3041, 0x30FA}, {0x4DF0, 0xA010}, {0x1F5F0, 0x1F650}};
+  Random random(5150);
+  for (const bool in_order : {true, false}) {
+    std::string subject;
+    while (subject.size() < 40'000) {
+      const auto [first, last] = random.pick(pool);
+      for (int i = random.between(1, 60); i > 0; --i) {
+        subject += encoded(random.between(first, last));
+      }
+      if (!in_order) subject += random_bytes(random, 1);
+    }
+    const GuardedText text(subject);
+    for (const Members& set : sets) {
+      for (const bool include : {true, false}) {
+        for (const auto& [minimum, maximum] :
+             {std::pair{1, 0}, {2, 0}, {1, 3}, {2, 40}, {0, 2}}) {
+          OwnedPattern pattern;
+          pattern.add(set, minimum, maximum, include ? 1 : 0);
+          if (random.one_in(2)) pattern.add(" ", 1, 2, 0);
+          const HostPlan plan{.yield_max = random.pick(Longs{1, 300, 10000})};
+          for (const Operation operation :
+               {Operation::kFindAll, Operation::kFindPrevious}) {
+            const PatternCall call{operation,        text.data(),    0,
+                                   size_of(subject), pattern.view(), {}};
+            ASSERT_EQ(run_library(call, plan), run_model(call, plan))
+                << describe(call, plan) << ", " << minimum << " to " << maximum
+                << ", set of " << set.size() << ", include " << include;
+          }
+        }
+      }
+    }
+  }
+}
+
+// Attempts that all run on over the same text: it would take hours if each
+// went all the way.
+TEST(PatternSearch, StaysLinearOnOpenRuns) {
+  OwnedPattern run;
+  run.add("a", 1, 0);
+  run.add("b", 1, 1);
+  OwnedPattern bracket;
+  bracket.add("a", 1, 1);
+  bracket.add("b", 0, 0, 0);
+  bracket.add("b", 1, 1);
+  OwnedPattern optional;
+  optional.add("b", 0, 0);
+  const GuardedText letters(std::string(1 << 20, 'a'));
+  const GuardedText strays(std::string(1 << 20, '\x80'));
+  for (const GuardedText* text : {&letters, &strays}) {
+    for (const OwnedPattern* pattern : {&run, &bracket, &optional}) {
+      if (pattern == &optional && text == &letters) continue;
+      for (const Operation operation :
+           {Operation::kFindAll, Operation::kFindPrevious}) {
+        const PatternCall call{operation, text->data(),    0,
+                               1 << 20,   pattern->view(), {}};
+        EXPECT_TRUE(run_library(call, {}).list.empty());
       }
     }
   }

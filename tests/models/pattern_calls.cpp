@@ -14,8 +14,8 @@ constexpr std::int32_t kUntouched = -77;
 
 }  // namespace
 
-void OwnedPattern::add(std::vector<std::int32_t> set, std::int32_t minimum,
-                       std::int32_t maximum, unsigned char include) {
+void OwnedPattern::add(Members set, std::int32_t minimum, std::int32_t maximum,
+                       unsigned char include) {
   sets_.push_back(std::move(set));
   parts_.push_back({sets_.back().data(),
                     static_cast<std::int32_t>(sets_.back().size()), minimum,
@@ -25,7 +25,7 @@ void OwnedPattern::add(std::vector<std::int32_t> set, std::int32_t minimum,
 
 void OwnedPattern::add(std::string_view members, std::int32_t minimum,
                        std::int32_t maximum, unsigned char include) {
-  std::vector<std::int32_t> set;
+  Members set;
   for (std::size_t i = 0; i < members.size();) {
     std::size_t next = i + 1;
     while (next < members.size() && (members[next] & 0xC0) == 0x80) ++next;

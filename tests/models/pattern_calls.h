@@ -15,13 +15,15 @@
 
 namespace quill::test {
 
+using Members = std::vector<std::int32_t>;  // of a set, packed
+
 // A pattern together with the parts and sets that it points to.
 class OwnedPattern {
  public:
   OwnedPattern() = default;
   OwnedPattern(OwnedPattern&&) = default;  // the parts stay where they are
-  void add(std::vector<std::int32_t> set, std::int32_t minimum,
-           std::int32_t maximum, unsigned char include = 1);
+  void add(Members set, std::int32_t minimum, std::int32_t maximum,
+           unsigned char include = 1);
 
   // With the characters of a text, in order, as the set.
   void add(std::string_view members, std::int32_t minimum, std::int32_t maximum,
@@ -32,7 +34,7 @@ class OwnedPattern {
   std::string describe() const;
 
  private:
-  std::deque<std::vector<std::int32_t>> sets_;
+  std::deque<Members> sets_;
   std::deque<QuillRangePart> parts_;
   std::vector<const QuillRangePart*> pointers_;
 };

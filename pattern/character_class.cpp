@@ -1,0 +1,55 @@
+#include "pattern/character_class.h"
+
+#include <algorithm>
+
+namespace quill {
+
+bool CharacterClass::is_preparable(const QuillRangePart& part) {
+  const std::int32_t count = std::max(part.character_count, 0);
+  return std::is_sorted(part.characters, part.characters + count);
+}
+
+CharacterClass::CharacterClass(const QuillRangePart& part, Offset range_length)
+    : includes_(part.include != 0) {
+  bool has_wide = false;
+  for (std::int32_t i = 0; i < part.character_count; ++i) {
+    const std::int32_t member = part.characters[i];
+    if (member >= 0 && member < 0x80) {
+      ascii_[member >> 6] |= std::uint64_t{1} << (member & 63);
+      listed_ascii_.add(static_cast<Byte>(member));
+    } else if (byte_of(member, 0) >= 0xC0) {
+      has_wide = true;  // what begins with other bytes is never read
+    }
+  }
+  accepted_bytes_ = listed_ascii_;
+  if (!includes_) {
+    accepted_bytes_.invert();
+    for (std::uint64_t& word : ascii_) word = ~word;
+  }
+  if (has_wide) wide_.emplace(part, range_length);
+}
+
+ByteSet CharacterClass::first_bytes() const {
+  ByteSet bytes = accepted_bytes_;
+  if (wide_.has_value() && includes_) bytes.add_all(wide_->leads());
+  return bytes;
+}
+
+void CharacterClass::cover(const Byte* first, const Byte* last, bool ascii,
+                           std::uint64_t* words) const {
+  if (ascii || !wide_.has_value()) {
+    mark_members(first, last, accepted_bytes_, words);
+    return;
+  }
+  mark_members(first, last, listed_ascii_, words);
+  wide_->cover(first, last, words);
+  if (includes_) return;
+  // Each byte belongs to one character: what is not listed is accepted.
+  const Offset length = last - first;
+  for (Offset i = 0; i < (length + 63) / 64; ++i) words[i] = ~words[i];
+  if (length % 64 != 0) {
+    words[length / 64] &= (std::uint64_t{1} << (length % 64)) - 1;
+  }
+}
+
+}  // namespace quill

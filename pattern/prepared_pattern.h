@@ -1,0 +1,98 @@
+// A range pattern prepared for many attempts in one text.
+//
+// Answers what the plain matcher answers. The first characters of a run are
+// tested one by one; a long run is covered stretch by stretch, and remembered:
+// an attempt that comes into it again, anywhere, goes to its end at once. So
+// attempts that all run on over the same text stay linear together.
+#pragma once
+
+#include <array>
+#include <optional>
+
+#include "blocks/base.h"
+#include "pattern/character_class.h"
+#include "pattern/range_pattern.h"
+
+namespace quill {
+
+class PreparedPattern {
+ public:
+  PreparedPattern(const Byte* text, RangePattern pattern)
+      : text_(text), pattern_(pattern) {}
+  PreparedPattern(const PreparedPattern&) = delete;
+  PreparedPattern& operator=(const PreparedPattern&) = delete;
+
+  // Prepares the parts, when they are few and their sets in order and small
+  // enough to pay in a range of that many bytes. False: there is nothing to
+  // use but the plain matcher.
+  [[nodiscard]] bool prepare(Offset range_length);
+
+  // A match must begin with a character that the first part, or one of the
+  // next ones up to the first that can't be empty, accepts. True when there is
+  // such a part: `starters` of them are to be looked at.
+  bool has_starters() const { return starters_ > 0; }
+  int starters() const { return starters_; }
+  const CharacterClass& accepted_by(int part) const {
+    return parts_[static_cast<std::size_t>(part)]->accepted;
+  }
+
+  // The run of a part's characters from `position` on.
+  struct Run {
+    Offset next;
+    Offset count;  // of characters; no more than the part's limit
+    bool read;     // false when a character on the way could not be read
+  };
+  Run run_of(int part, Offset position, Offset end);
+
+  bool allows(int part, Offset count) const {
+    const Part& prepared = *parts_[static_cast<std::size_t>(part)];
+    return prepared.minimum <= count && count <= prepared.limit;
+  }
+  Offset minimum_of(int part) const {
+    return parts_[static_cast<std::size_t>(part)]->minimum;
+  }
+  Offset limit_of(int part) const {
+    return parts_[static_cast<std::size_t>(part)]->limit;
+  }
+
+  // Where the parts from `part` on end, or -1.
+  Offset match_rest(int part, Offset position, Offset end);
+
+  PatternMatch match(Offset position, Offset end);
+
+ private:
+  // The characters in [start, end) all belong to one run and are in order.
+  // The run ends there, in a range that ends at `range_end`.
+  struct LongRun {
+    Offset start = 0;
+    Offset end = 0;
+    Offset range_end = -1;
+    bool read = true;
+  };
+  struct Part {
+    Part(const QuillRangePart& part, Offset range_length)
+        : accepted(part, range_length),
+          minimum(part.minimum),
+          limit(quill::limit_of(part)) {}
+
+    CharacterClass accepted;
+    Offset minimum;
+    Offset limit;
+    LongRun known;
+  };
+
+  static Offset stretch_end(const Part& part, Offset position, Offset end);
+  bool step(const Part& part, Run& run, Offset end) const;
+  void take_ascii(const Part& part, Run& run, Offset end) const;
+  void extend(Part& part, Run& run, Offset end) const;
+  bool jump_known(const Part& part, Run& run, Offset end) const;
+
+  const Byte* text_;
+  RangePattern pattern_;
+  int starters_ = 0;
+
+  static constexpr int kMostParts = 8;
+  std::array<std::optional<Part>, kMostParts> parts_;
+};
+
+}  // namespace quill
