@@ -361,6 +361,38 @@ TEST(SortSelections, AsTheModel) {
   }
 }
 
+// So many equal texts and so many different ones that a rank and a number
+// among equals need more than 32 bits; and texts that are alike for long.
+TEST(SortSelections, AsTheModelWhenThereAreMany) {
+  Random random(72);
+  const std::string alike(3000, 'a');
+  const std::string text = random_text(random, 20000) + alike;
+  const int length = static_cast<int>(text.size());
+  Longs list;
+  for (int i = 0; i < 133'000; ++i) {
+    const int start = i % 2 == 0 ? length - 1 : random.between(0, 15000);
+    list.push_back(start);
+    list.push_back(start + (i % 2 == 0 ? 1 : random.between(0, 99)));
+  }
+  for (std::int32_t& offset : list) {
+    while (offset > 0 && offset < length &&
+           (text[static_cast<std::size_t>(offset)] & 0xC0) == 0x80) {
+      ++offset;
+    }
+  }
+  EXPECT_EQ(sort_through_export(text, list, 2, no_mask()),
+            model::sort(text, list, 2, no_mask()));
+
+  // Each one more byte, so that every eight bytes one of them ends.
+  list.clear();
+  for (int i = 0; i < 2400; ++i) {
+    list.push_back(length - 3000);
+    list.push_back(length - 3000 + i * 7 % 2400);
+  }
+  EXPECT_EQ(sort_through_export(text, list, 2, lower_case_mask()),
+            model::sort(text, list, 2, lower_case_mask()));
+}
+
 TEST(SortSelections, AsTheStandardSort) {
   Random random(65);
   for (int round = 0; round < 20; ++round) {
