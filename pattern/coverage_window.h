@@ -1,5 +1,6 @@
 // A stretch of the text whose characters are in order, with the bytes of all
-// characters that a match can begin with covered.
+// characters that a match can begin with covered; and, once they are asked
+// for, those of the characters that a later part accepts.
 //
 // Windows follow each other through a search. They start small, so that an
 // early match costs little, and are empty where the text is not in order.
@@ -23,6 +24,11 @@ class CoverageWindow {
   // Whether each character is a single byte.
   bool is_ascii() const { return characters_ == limit_ - base_; }
 
+  bool is_bare(Offset position) const {
+    const Offset index = position - base_;
+    return (words_[0][index / 64] >> (index % 64) & 1) == 0;
+  }
+
   // Whether `position` lies inside, in a search that ends at `to`.
   bool holds(Offset position, Offset to) const {
     return base_ <= position && position < limit_ && to_ == to;
@@ -39,35 +45,84 @@ class CoverageWindow {
     characters_ = walk.characters;
     to_ = to;
     size_ = std::min(size_ * 4, CharacterClass::kMostCovered);
+    marked_ = 1;
     if (limit_ > base_) cover(text, pattern);
+  }
+
+  // Where a run of the characters of a part, from the second to the one
+  // numbered kMostParts - 1, ends: the first byte from `position` on that is
+  // of another, or `limit`.
+  static constexpr int kMostParts = 4;
+  Offset run_end(int part, Offset position, const Byte* text,
+                 const PreparedPattern& pattern) {
+    if ((marked_ >> part & 1) == 0) {
+      marked_ |= 1u << part;
+      pattern.accepted_by(part).cover(text + base_, text + limit_, is_ascii(),
+                                      words_[part]);
+    }
+    return next<true>(words_[part], position);
+  }
+
+  // Hands the runs of covered bytes from `position` on, which is bare, to
+  // `take` until it answers false. One that ends with the window is left out.
+  template <class Take>
+  void each_run(Offset position, Take take) const {
+    const Offset length = limit_ - base_;
+    Offset index = (position - base_) / 64;
+    std::uint64_t word = words_[0][index] & ~std::uint64_t{0}
+                                                << ((position - base_) % 64);
+    std::uint64_t before = 0;  // the last bit of the word before
+    Offset open = -1;          // where a run began that goes on
+    while (true) {
+      const std::uint64_t shifted = word << 1 | before;
+      std::uint64_t starts = word & ~shifted;
+      std::uint64_t ends = ~word & shifted;
+      const Offset first = base_ + index * 64;
+      for (; ends != 0; ends &= ends - 1) {
+        const Offset end = first + std::countr_zero(ends);
+        Offset start = open;
+        if (open < 0) {
+          start = first + std::countr_zero(starts);
+          starts &= starts - 1;
+        }
+        open = -1;
+        if (end == limit_ || !take(start, end)) return;
+      }
+      if (starts != 0) open = first + std::countr_zero(starts);
+      if (++index * 64 >= length) return;
+      before = word >> 63;
+      word = words_[0][index];
+    }
   }
 
   // The first byte from `position` on that is covered, or that is not; or
   // `limit`.
-  Offset next_covered(Offset position) const { return next<false>(position); }
-  Offset next_bare(Offset position) const { return next<true>(position); }
+  Offset next_covered(Offset position) const {
+    return next<false>(words_[0], position);
+  }
+  Offset next_bare(Offset position) const {
+    return next<true>(words_[0], position);
+  }
 
  private:
   void cover(const Byte* text, const PreparedPattern& pattern) {
     pattern.accepted_by(0).cover(text + base_, text + limit_, is_ascii(),
-                                 words_);
+                                 words_[0]);
     for (int i = 1; i < pattern.starters(); ++i) {
       std::uint64_t more[kWords];
       pattern.accepted_by(i).cover(text + base_, text + limit_, is_ascii(),
                                    more);
       for (Offset w = 0; w < (limit_ - base_ + 63) / 64; ++w) {
-        words_[w] |= more[w];
+        words_[0][w] |= more[w];
       }
     }
   }
 
   template <bool kInverted>
-  Offset next(Offset position) const {
+  Offset next(const std::uint64_t* words, Offset position) const {
     const Offset length = limit_ - base_;
     Offset index = (position - base_) / 64;
-    const auto word = [&] {
-      return kInverted ? ~words_[index] : words_[index];
-    };
+    const auto word = [&] { return kInverted ? ~words[index] : words[index]; };
     std::uint64_t bits = word() & ~std::uint64_t{0}
                                       << ((position - base_) % 64);
     while (bits == 0) {
@@ -84,7 +139,8 @@ class CoverageWindow {
   Offset to_ = -1;
   Offset characters_ = 0;
   Offset size_ = 128;
-  std::uint64_t words_[kWords];  // undefined until covered
+  unsigned marked_ = 0;  // bit n: words_[n] is covered for this stretch
+  std::uint64_t words_[kMostParts][kWords];
 };
 
 }  // namespace quill

@@ -22,8 +22,8 @@ bool PatternSearcher::decide() {
     way_ = range_length_ >= kWorthPreparing && prepared_.prepare(range_length_)
                ? Way::kPrepared
                : Way::kByTheBook;
-    simple_ = way_ == Way::kPrepared && pattern_.part_count == 1 &&
-              prepared_.minimum_of(0) == 1 && prepared_.limit_of(0) == kMaxLong;
+    is_run_ = way_ == Way::kPrepared && pattern_.part_count == 1 &&
+              prepared_.has_starters();
   }
   return way_ == Way::kPrepared;
 }
@@ -72,7 +72,6 @@ bool PatternSearcher::find_by_the_book(Offset position, Offset to,
 }
 
 bool PatternSearcher::open_window(Offset position, Offset to) {
-  if (window_.holds(position, to)) return !is_continuation(text_[position]);
   if (position < out_of_order_until_) return false;
   window_.move_to(position, text_, to, prepared_);
   if (window_.limit() > position) return true;
@@ -86,7 +85,11 @@ bool PatternSearcher::find_prepared(Offset position, Offset to,
   AttemptCount count(text_, position, to, host_.meter(), found.end);
   while (position < to) {
     PatternMatch match;
-    if (prepared_.has_starters() && open_window(position, to)) {
+    const bool in_order =
+        window_.holds(position, to)
+            ? !is_continuation(text_[position])
+            : prepared_.has_starters() && open_window(position, to);
+    if (in_order) {
       const Offset candidate = window_.next_covered(position);
       if (candidate == window_.limit()) {
         const bool passed =
@@ -123,7 +126,6 @@ PatternMatch PatternSearcher::attempt_in_window(Offset position, Offset to) {
   if (run_end == window_.limit() && run_end < to) {
     return finish_attempt(position, prepared_.run_of(0, position, to), to);
   }
-  if (simple_) return {run_end, true};
   return finish_attempt(position, run_in_window(position, run_end), to);
 }
 
@@ -145,13 +147,30 @@ PreparedPattern::Run PatternSearcher::run_in_window(Offset position,
   return {nth_lead(first, text_ + run_end, limit) - text_, limit, true};
 }
 
+// Where the parts behind the first one end, or -1. Among single bytes the bits
+// of the window tell, as far as it goes.
+Offset PatternSearcher::match_rest(Offset position, Offset to) {
+  const int most = std::min(pattern_.part_count, CoverageWindow::kMostParts);
+  int part = 1;
+  for (; part < most && window_.is_ascii() && window_.holds(position, to);
+       ++part) {
+    const Offset end = window_.run_end(part, position, text_, prepared_);
+    if (end == window_.limit() && end < to) break;  // it may go on
+    const Offset limit = prepared_.limit_of(part);
+    const Offset count = std::clamp<Offset>(limit, 0, end - position);
+    if (!prepared_.allows(part, count)) return -1;
+    position += count;
+  }
+  return prepared_.match_rest(part, position, to);
+}
+
 // Where the run came to its own end, an attempt from inside it would come to
 // the same end with fewer characters: when this one fails, so would they.
 PatternMatch PatternSearcher::finish_attempt(Offset position,
                                              const PreparedPattern::Run& run,
                                              Offset to) {
   if (run.read && prepared_.allows(0, run.count)) {
-    const Offset end = prepared_.match_rest(1, run.next, to);
+    const Offset end = match_rest(run.next, to);
     if (end >= 0) return {end, true};
   }
   const bool cut_short = run.count >= prepared_.limit_of(0);

@@ -52,6 +52,18 @@ class PatternSearcher {
   // The match that starts at the highest offset below `to`.
   bool find_last(Offset from, Offset to, MatchVariables found);
 
+  // Searches again and again, each time from the end of the last match, as long
+  // as the matches lie whole in a stretch looked through before and no search
+  // can come to ask the host; at most `most` times. Ends early where that does
+  // not hold, or when `take`, which gets each match, refuses one.
+  struct Taken {
+    Offset searches;
+    Offset position;  // where the next search begins
+    bool refused;
+  };
+  template <class Take>
+  Taken take_runs(Offset position, Offset to, Offset most, Take take) const;
+
   // Where the search after a match goes on: at its end. An empty match would
   // be found there again, so then past the character at or after it.
   Offset resume_after(std::int32_t start, std::int32_t end, Offset to) const {
@@ -68,14 +80,25 @@ class PatternSearcher {
   Offset next_attempt(Offset position, Offset above, Offset after,
                       Offset to) const;
 
-  // Puts the window where it holds `position`. False where it can't.
+  // Puts the window, which does not hold `position`, there. False where it
+  // can't.
   bool open_window(Offset position, Offset to);
+
+  // Whether the window has at least that many characters from a run's start to
+  // its end.
+  bool has_characters(Offset start, Offset end, Offset least) const {
+    const Offset length = end - start;  // of characters of 1 to 4 bytes
+    if (window_.is_ascii() || length < least) return length >= least;
+    if (length >= 4 * least) return true;
+    return count_leads(text_ + start, text_ + end) >= least;
+  }
 
   // An attempt at a candidate in the window. When it fails, `next` is the first
   // offset after it at which another need not fail too.
   PatternMatch attempt_in_window(Offset position, Offset to);
   PatternMatch finish_attempt(Offset position, const PreparedPattern::Run& run,
                               Offset to);
+  Offset match_rest(Offset position, Offset to);
   PreparedPattern::Run run_in_window(Offset position, Offset run_end) const;
 
   const Byte* text_;
@@ -86,10 +109,43 @@ class PatternSearcher {
   enum class Way { kUndecided, kByTheBook, kPrepared };
   Way way_ = Way::kUndecided;
   bool fixed_start_ = false;
-  bool simple_ = false;  // one part, any number of characters but none
+  bool is_run_ = false;  // one part, which can't be empty
   PreparedPattern prepared_;
   CoverageWindow window_;
   Offset out_of_order_until_ = -1;
 };
+
+template <class Take>
+PatternSearcher::Taken PatternSearcher::take_runs(Offset position, Offset to,
+                                                  Offset most,
+                                                  Take take) const {
+  Taken taken{0, position, false};
+  // A search makes no more attempts than the window has bytes.
+  const bool may_ask =
+      YieldMax > 0 && YieldMax <= CharacterClass::kMostCovered + 1;
+  if (!is_run_ || may_ask || !window_.holds(position, to) ||
+      !window_.is_bare(position)) {
+    return taken;
+  }
+  const Offset minimum = prepared_.minimum_of(0);
+  const Offset limit = prepared_.limit_of(0);
+  if (limit < minimum || (limit < kMaxLong && !window_.is_ascii())) {
+    return taken;
+  }
+  window_.each_run(position, [&](Offset start, Offset end) {
+    // Runs longer than the limit are several matches.
+    for (Offset match_end = 0; start < end; start = match_end) {
+      if (!has_characters(start, end, minimum)) break;
+      if (taken.searches >= most) return false;
+      match_end = end - start > limit ? start + limit : end;
+      taken.position = match_end;
+      taken.refused = !take(to_long(start), to_long(match_end));
+      if (taken.refused) return false;
+      ++taken.searches;
+    }
+    return true;
+  });
+  return taken;
+}
 
 }  // namespace quill

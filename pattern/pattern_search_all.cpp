@@ -20,6 +20,12 @@ Offset walk_matches(PatternSearcher& searcher, Offset from, Offset to,
   YieldMeter meter = host.meter();
   Offset position = from;
   while (position < to && meter.go_on()) {
+    // The search that asks is made below.
+    const auto taken =
+        searcher.take_runs(position, to, meter.units_left() - 1, take);
+    meter.skip(taken.searches);
+    position = taken.position;
+    if (taken.refused || position >= to) break;
     std::int32_t start = 0;
     std::int32_t end = 0;
     std::int32_t next = 0;

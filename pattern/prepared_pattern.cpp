@@ -55,11 +55,24 @@ bool PreparedPattern::step(const Part& part, Run& run, Offset end) const {
   return true;
 }
 
+// Takes the first characters as long as they are single bytes.
+void PreparedPattern::take_ascii(const Part& part, Run& run, Offset end) const {
+  const Offset most = std::min({end - run.next, part.limit, kShortRun});
+  Offset taken = 0;
+  while (taken < most && text_[run.next + taken] < 0x80 &&
+         part.accepted.accepts_ascii(text_[run.next + taken])) {
+    ++taken;
+  }
+  run.next += taken;
+  run.count += taken;
+}
+
 PreparedPattern::Run PreparedPattern::run_of(int part, Offset position,
                                              Offset end) {
   Part& prepared = *parts_[static_cast<std::size_t>(part)];
   Run run{position, 0, true};
   if (jump_known(prepared, run, end)) return run;
+  take_ascii(prepared, run, end);
   while (run.next < end && run.count < prepared.limit) {
     if (run.count >= kShortRun) {
       extend(prepared, run, end);

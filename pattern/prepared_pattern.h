@@ -83,6 +83,7 @@ class PreparedPattern {
 
   static Offset stretch_end(const Part& part, Offset position, Offset end);
   bool step(const Part& part, Run& run, Offset end) const;
+  void take_ascii(const Part& part, Run& run, Offset end) const;
   void extend(Part& part, Run& run, Offset end) const;
   bool jump_known(const Part& part, Run& run, Offset end) const;
 

@@ -1,15 +1,14 @@
 #include "search/string_filter.h"
 
 #include <algorithm>
-#include <bit>
 
 namespace quill {
 namespace {
 
 // What is reckoned with, in nanoseconds: looking at a candidate, and proving
 // a byte in order.
-constexpr double kCandidateCost = 15;
-constexpr double kProofCost = 0.06;
+constexpr double kCandidateCost = 60;
+constexpr double kProofCost = 0.08;
 
 // So many candidates in a row, each so close to the one before, are thick.
 constexpr Offset kThick = 96;
@@ -18,6 +17,12 @@ constexpr int kManyThick = 4;
 // The elements that anchors can depend on.
 constexpr std::int32_t kMostElements = 24;
 constexpr std::size_t kMostPivots = 3;
+
+// Bytes of one character come together more often than their shares say.
+AnchorPlan judged(AnchorPlan plan, const ByteShares& shares) {
+  if (!plan.impossible) plan.share = shares.of(plan);
+  return plan;
+}
 
 // The spreads of a pattern in text in order: from its start, and from the
 // elements that follow open ones, since those blur what lies behind them.
@@ -35,9 +40,9 @@ class PivotSpreads {
   }
 
   AnchorPlan best(const ByteShares& shares) const {
-    AnchorPlan best = spreads_[0].plan(shares);
+    AnchorPlan best = judged(spreads_[0].plan(shares), shares);
     for (std::size_t i = 1; i < count_ && !best.impossible; ++i) {
-      const AnchorPlan other = spreads_[i].plan(shares);
+      const AnchorPlan other = judged(spreads_[i].plan(shares), shares);
       if (other.impossible || other.share < best.share / 2) best = other;
     }
     return best;
@@ -71,11 +76,12 @@ void StringFilter::prepare(const Byte* text, Offset start, Offset end,
     pivots.add(i, shapes);
   }
   const ByteShares shares(text, start, end);
-  anywhere_ = anywhere.plan(shares);
+  anywhere_ = judged(anywhere.plan(shares), shares);
   ascii_ = ascii.plan(shares);
   in_order_ = pivots.best(shares);
   uses_order_ = anywhere_.share * kCandidateCost >
                 in_order_.share * kCandidateCost + kProofCost;
+  may_use_order_ = in_order_.share < anywhere_.share / 2;
 }
 
 // How far behind a candidate's start order must be proved. The elements before
@@ -111,14 +117,24 @@ bool StringFilter::open_in_order(Offset from) {
 // Text that isn't ASCII is taken in longer and longer segments, so that a
 // stray letter does not cost much, nor a text full of them.
 void StringFilter::open(Offset from) {
-  marks_.end = 0;
+  marks_.clear();
   if (open_ascii(from)) {
     stride_ = kShortest;
     return;
   }
   stride_ = std::min(stride_ * 2, kLongest);
   if (uses_order_ && open_in_order(from)) return;
+  open_anywhere(from);
+}
+
+// A sample may mislead: once candidates have cost more than proving order would
+// have, order is proved.
+void StringFilter::open_anywhere(Offset from) {
+  constexpr double kPatience = 20'000;
   segment_ = {from, std::min(from + stride_, end_), &anywhere_};
+  const double proofs = static_cast<double>(segment_.end - from) * kProofCost;
+  unproved_cost_ = std::max(unproved_cost_ - proofs, 0.0);
+  if (may_use_order_ && unproved_cost_ > kPatience) uses_order_ = true;
 }
 
 Offset StringFilter::next(Offset from, Offset limit) {
@@ -127,7 +143,10 @@ Offset StringFilter::next(Offset from, Offset limit) {
     const Offset stop = std::min(limit, segment_.end);
     const Offset found = segment_.plan->pivot == 0 ? next_anchored(from, stop)
                                                    : next_by_pivot(from, stop);
-    if (found < stop) return found;
+    if (found < stop) {
+      if (segment_.plan == &anywhere_) unproved_cost_ += kCandidateCost;
+      return found;
+    }
     from = stop;
   }
   return limit;
@@ -141,9 +160,9 @@ Offset StringFilter::next_anchored(Offset from, Offset limit) {
   if (plan.anchor_count == 0) return from;
   const Offset last = std::min(limit, end_ - plan.reach + 1);
   while (from < last) {
-    const Offset marked = std::min(last, marks_.end);
-    if (from >= marks_.start && from < marked) {
-      const Offset found = next_marked(from, marked);
+    if (marks_.covers(from)) {
+      const Offset marked = std::min(last, marks_.end());
+      const Offset found = marks_.next(from, marked);
       if (found < marked) return found;
       from = marked;
       continue;
@@ -160,24 +179,9 @@ Offset StringFilter::next_anchored(Offset from, Offset limit) {
 
 // Marks hold for the segment's plan, and end with it.
 void StringFilter::mark_from(Offset from, Offset last) {
-  const Offset room = static_cast<Offset>(marks_.words.size()) * 64;
-  marks_.start = from;
-  marks_.end = std::min({from + room, segment_.end, last});
-  mark_anchored(text_ + from, text_ + marks_.end, segment_.plan->used(),
-                marks_.words.data());
-}
-
-Offset StringFilter::next_marked(Offset from, Offset limit) const {
-  Offset bit = from - marks_.start;
-  std::uint64_t word = marks_.words[static_cast<std::size_t>(bit / 64)] &
-                       ~std::uint64_t{0} << (bit % 64);
-  bit -= bit % 64;
-  while (word == 0) {
-    bit += 64;
-    if (marks_.start + bit >= limit) return limit;
-    word = marks_.words[static_cast<std::size_t>(bit / 64)];
-  }
-  return std::min(marks_.start + bit + std::countr_zero(word), limit);
+  const Offset end = std::min({from + marks_.kRoom, segment_.end, last});
+  mark_anchored(text_ + from, text_ + end, segment_.plan->used(),
+                marks_.open(from, end));
 }
 
 // The start of the character as many characters before `position` as the pivot

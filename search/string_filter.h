@@ -6,9 +6,8 @@
 // one search after the other.
 #pragma once
 
-#include <array>
-
 #include "search/anchor_plan.h"
+#include "search/marks.h"
 
 namespace quill {
 
@@ -37,12 +36,12 @@ class StringFilter {
   bool open_ascii(Offset from);
   bool open_in_order(Offset from);
   void open(Offset from);
+  void open_anywhere(Offset from);
   void open_backward(Offset from, Offset limit);
   bool is_ascii(Offset from, Offset limit) const;
   bool is_in_order(Offset from, Offset limit) const;
 
   Offset next_anchored(Offset from, Offset limit);
-  Offset next_marked(Offset from, Offset limit) const;
   void mark_from(Offset from, Offset last);
   Offset next_by_pivot(Offset from, Offset limit) const;
   Offset previous_anchored(Offset from, Offset limit) const;
@@ -55,16 +54,13 @@ class StringFilter {
   AnchorPlan in_order_;
   AnchorPlan ascii_;
   bool uses_order_ = false;  // whether proving order pays
+  bool may_use_order_ = false;
+  double unproved_cost_ = 0;  // of candidates, beyond what proofs would cost
   Offset stride_ = kShortest;
   Segment segment_;
 
   // Candidates that come thick are marked many at a time.
-  struct Marks {
-    Offset start = 0;
-    Offset end = 0;
-    std::array<std::uint64_t, 16> words;
-  };
-  Marks marks_;
+  Marks<16> marks_;
   int thick_ = 0;  // candidates that came soon after the one before
 
   static constexpr Offset kShortest = 256;

@@ -7,7 +7,7 @@ namespace {
 
 // A range below the first is searched without a filter; in a longer one so
 // much goes by before the filter is prepared.
-constexpr Offset kWorthFilter = 12'000;
+constexpr Offset kWorthFilter = 32'000;
 constexpr Offset kPatience = 2'000;
 
 }  // namespace
@@ -27,33 +27,27 @@ StringSearcher::StringSearcher(const StringQuery& query)
 
 // The bytes that a character can begin with which maps to the first element.
 void StringSearcher::note_first_leads() {
-  int count = 0;
+  knows_first_ = true;
   visit_sources(query_.pattern.elements[0], query_.mask,
-                [this, &count](std::int32_t character) {
-                  const Byte lead = byte_of(character, 0);
-                  if (count == 0 || lead != first_lead_) ++count;
-                  first_lead_ = lead;
-                  first_leads_.add(lead);
+                [this](std::int32_t character) {
+                  first_leads_.add(byte_of(character, 0));
                 });
-  first_ = count == 1 ? First::kByte : First::kSet;
 }
 
-Offset StringSearcher::find_first_lead(Offset from, Offset limit) const {
-  const Byte* const first = query_.text + from;
-  const Byte* const last = query_.text + limit;
-  const Byte* const found = first_ == First::kByte
-                                ? find_byte(first, last, first_lead_)
-                                : find_member(first, last, first_leads_);
-  return found - query_.text;
-}
-
-Offset StringSearcher::find_last_lead(Offset from, Offset limit) const {
-  const Byte* const first = query_.text + from;
-  const Byte* const last = query_.text + limit;
-  const Byte* const found =
-      first_ == First::kByte ? find_byte_backward(first, last, first_lead_)
-                             : find_member_backward(first, last, first_leads_);
-  return found - query_.text;
+// Marked by windows, since in a short text one call more counts.
+Offset StringSearcher::next_first_lead(Offset from, Offset limit) {
+  while (from < limit) {
+    if (!marks_.covers(from)) {
+      const Offset end = std::min(from + marks_.kRoom, query_.end);
+      mark_members(query_.text + from, query_.text + end, first_leads_,
+                   marks_.open(from, end));
+    }
+    const Offset stop = std::min(limit, marks_.end());
+    const Offset found = marks_.next(from, stop);
+    if (found < stop) return found;
+    from = stop;
+  }
+  return limit;
 }
 
 bool StringSearcher::matches_at(Offset position, Match& match) {
@@ -81,12 +75,12 @@ bool StringSearcher::filters_now() {
 
 Offset StringSearcher::next_candidate(Offset from, Offset limit) {
   while (!filters_now()) {
-    if (first_ == First::kAny) {
+    if (!knows_first_) {
       --patience_;
       return from;
     }
     const Offset stop = std::min(limit, from + patience_);
-    const Offset found = find_first_lead(from, stop);
+    const Offset found = next_first_lead(from, stop);
     patience_ -= found - from;
     if (found < stop || stop == limit) return found;
     from = stop;
@@ -106,12 +100,14 @@ bool StringSearcher::next_match(Offset from, Offset limit, Match& match) {
 
 Offset StringSearcher::previous_candidate(Offset from, Offset limit) {
   while (!filters_now()) {
-    if (first_ == First::kAny) {
+    if (!knows_first_) {
       --patience_;
       return limit - 1;
     }
     const Offset stop = std::max(from, limit - patience_);
-    const Offset found = find_last_lead(stop, limit);
+    const Byte* const text = query_.text;
+    const Offset found =
+        find_member_backward(text + stop, text + limit, first_leads_) - text;
     patience_ -= limit - stop;
     if (found < limit) return found;
     if (stop == from) return from - 1;

@@ -11,6 +11,7 @@
 #include "blocks/base.h"
 #include "search/break_chars.h"
 #include "search/comparison.h"
+#include "search/marks.h"
 #include "search/string_filter.h"
 #include "utf8/mask.h"
 #include "utf8/mask_table.h"
@@ -65,8 +66,7 @@ class StringSearcher {
   Offset next_candidate(Offset from, Offset limit);
   Offset previous_candidate(Offset from, Offset limit);
   void note_first_leads();
-  Offset find_first_lead(Offset from, Offset limit) const;
-  Offset find_last_lead(Offset from, Offset limit) const;
+  Offset next_first_lead(Offset from, Offset limit);
   bool filters_now();
 
   const StringQuery query_;
@@ -74,13 +74,12 @@ class StringSearcher {
   IndexedBreaks breaks_;
   bool has_first_byte_;
 
-  // Short searches look for the bytes that the first character can begin with,
-  // often only one. Once that has gone on for a while, a filter pays.
-  enum class First { kAny, kByte, kSet };
-  First first_ = First::kAny;
-  Byte first_lead_ = 0;
-  Offset patience_;
+  // Short searches try the bytes that the first character can begin with. Once
+  // that has gone on for a while, a filter pays.
+  bool knows_first_ = false;
   ByteSet first_leads_;
+  Marks<4> marks_;
+  Offset patience_;
   std::optional<StringFilter> filter_;
 };
 

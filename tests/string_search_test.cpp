@@ -611,7 +611,7 @@ TEST(StringSearch, AgreesWithTheModelOnPatchworks) {
   Random random(26);
   for (int round = 0; round < 40; ++round) {
     Search search = draw(random, 1);
-    search.text = patchwork_for(random, 60, search);
+    search.text = patchwork_for(random, 120, search);
     search.start = 0;
     search.end = -1;
     check(search, random.between(0, 9), {10000, 0});
