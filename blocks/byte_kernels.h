@@ -25,6 +25,10 @@ struct ByteKernels {
 };
 
 extern const ByteKernels kPortableKernels;
+#if defined(__x86_64__)
+extern const ByteKernels kSse2Kernels;
+extern const ByteKernels kAvx2Kernels;
+#endif
 
 // Every set that this machine can run, the portable one first and the one that
 // is chosen by itself last.

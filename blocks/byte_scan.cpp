@@ -12,9 +12,24 @@
 namespace quill {
 namespace {
 
-constexpr const ByteKernels* kAvailable[] = {&kPortableKernels};
+#if defined(__x86_64__)
 
-std::span<const ByteKernels* const> find_available() { return kAvailable; }
+constexpr const ByteKernels* kKnown[] = {&kPortableKernels, &kSse2Kernels,
+                                         &kAvx2Kernels};
+
+std::span<const ByteKernels* const> find_available() {
+  const bool has_avx2 =
+      __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2");
+  return {kKnown, has_avx2 ? 3u : 2u};
+}
+
+#else
+
+constexpr const ByteKernels* kKnown[] = {&kPortableKernels};
+
+std::span<const ByteKernels* const> find_available() { return kKnown; }
+
+#endif
 
 constinit std::atomic<const ByteKernels*> g_chosen = nullptr;
 

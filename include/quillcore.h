@@ -227,20 +227,57 @@ extern QUILL_EXPORT int32_t YieldMax;
 // Blocks and byte moves
 // ---------------------------------------------------------------------------
 
+/// Makes a Block whose contents are undefined.
+///
+/// @param size  bytes; 0 makes a Block with an address but no contents
+/// @return the Block, the host's, to be disposed of; null when `size` is
+///         negative or memory is short
 QUILL_EXPORT QuillBlock NewBlock(int32_t size);
 
+/// Makes a Block filled with zero bytes.
+///
+/// @param size  bytes, as for NewBlock
+/// @return as NewBlock
 QUILL_EXPORT QuillBlock NewBlockClear(int32_t size);
 
+/// Changes the size of a Block and unlocks it. The contents may move; the bytes
+/// up to the smaller of both sizes stay. When the size can't be had, size and
+/// contents stay as they were: the host compares GetBlockSize. Bytes that a
+/// larger size adds are undefined.
+///
+/// @param block  the Block; null is ignored
+/// @param size   bytes; a negative size can't be had
+/// @return `block`, always
 QUILL_EXPORT QuillBlock ResizeBlock(QuillBlock block, int32_t size);
 
+/// The size of a Block.
+///
+/// @param block  the Block, or null
+/// @return bytes; 0 for null
 QUILL_EXPORT int32_t GetBlockSize(QuillBlock block);
 
+/// Locks a Block, so that its contents stay where they are.
+///
+/// @param block  the Block, not null
+/// @return the address of the contents, valid until the Block is unlocked,
+///         resized or disposed of
 QUILL_EXPORT char* LockBlock(QuillBlock block);
 
+/// Unlocks a Block, however often it was locked.
+///
+/// @param block  the Block; null is ignored
 QUILL_EXPORT void UnlockBlock(QuillBlock block);
 
+/// Releases a Block and its contents, locked or not.
+///
+/// @param block  the Block, not used again afterwards; null is ignored
 QUILL_EXPORT void DisposeBlock(QuillBlock block);
 
+/// Copies bytes as if through a buffer: the two places may overlap.
+///
+/// @param source       address of the first byte copied
+/// @param destination  where it goes
+/// @param count        bytes; 0 or less does nothing
 QUILL_EXPORT void MoveBytes(const void* source, void* destination,
                             int32_t count);
 
@@ -248,30 +285,116 @@ QUILL_EXPORT void MoveBytes(const void* source, void* destination,
 // Arrays of longs
 // ---------------------------------------------------------------------------
 
+/// Finds a value in an ascending array by bisection; compares signed. Reads
+/// about log2(count) + 1 elements.
+///
+/// @param array  the elements, ascending; equal ones may occur
+/// @param count  number of elements; with 0 or less the array is not read
+/// @param key    the value sought
+/// @param index  always set: to the index of the first element equal to `key`,
+///               else to that of the first greater one, else to `count` (0 when
+///               that is negative)
+/// @return 1 when an element equals `key`, else 0
 QUILL_EXPORT int32_t BinarySearchLongs(const int32_t* array, int32_t count,
                                        int32_t key, int32_t* index);
 
+/// Sorts part of an array in place into ascending signed order. Allocates
+/// nothing; n log n comparisons at most.
+///
+/// @param array  the elements
+/// @param first  index of the first element to be sorted
+/// @param limit  index just past the last one; nothing happens when it is not
+///               above `first`
 QUILL_EXPORT void SortLongs(int32_t* array, int32_t first, int32_t limit);
 
+/// Exchanges two values.
+///
+/// @param first   the one
+/// @param second  the other; may be the same
 QUILL_EXPORT void SwapLongs(int32_t* first, int32_t* second);
 
 // ---------------------------------------------------------------------------
 // Reading characters
 // ---------------------------------------------------------------------------
 
+/// Reads the first character whose first byte lies at or after a position:
+/// skips continuation bytes. Stepping through a text passes `next` as the next
+/// position.
+///
+/// @param text       address of offset 0; null reads as no character
+/// @param position   byte offset at which reading begins
+/// @param end        byte offset that bounds the reading, exclusive
+/// @param start      set to the offset of the character's first byte; not
+///                   written without a character
+/// @param character  set to the packed character; not written without one
+/// @param next       always set: to the offset just past the character, or to
+///                   `end` without one
+/// @return 1 when a character was read; 0 when `position` is negative or not
+///         below `end`, when only continuation bytes are left, or when `end`
+///         cuts the character off
 QUILL_EXPORT int32_t utf8_GetNextCharAsLong(const char* text, int32_t position,
                                             int32_t end, int32_t* start,
                                             int32_t* character, int32_t* next);
 
+/// Reads the same character as utf8_GetNextCharAsLong, but tells its length and
+/// its code point. The code point is put together unchecked: overlong forms,
+/// surrogates and whatever follows a first byte give some value.
+///
+/// @param text       address of offset 0; null reads as no character
+/// @param position   byte offset at which reading begins
+/// @param end        byte offset that bounds the reading, exclusive
+/// @param start      set to the offset of the character's first byte; not
+///                   written without a character
+/// @param length     set to the character's length in bytes, 1 to 4; not
+///                   written without one
+/// @param code_point set to the code point; not written without one
+/// @param next       always set: to the offset just past the character, or to
+///                   `end` without one
+/// @return 1 when a character was read; 0 when `position` is negative or not
+///         below `end`, when only continuation bytes are left, or when `end`
+///         cuts the character off
 QUILL_EXPORT int32_t utf8_GetNextCharValue(const char* text, int32_t position,
                                            int32_t end, int32_t* start,
                                            int32_t* length, int32_t* code_point,
                                            int32_t* next);
 
+/// Reads the character that contains a position: from a continuation byte it
+/// goes back to the nearest byte that is none, however far. That character may
+/// end before `position` when more continuation bytes follow it than it
+/// announces. Where nothing but continuation bytes lies before, reads as
+/// utf8_GetNextCharAsLong.
+///
+/// @param text       address of offset 0; null reads as no character
+/// @param position   byte offset
+/// @param end        byte offset that bounds the reading, exclusive
+/// @param start      set to the offset of the character's first byte; not
+///                   written without a character
+/// @param character  set to the packed character; not written without one
+/// @param next       always set: to the offset just past the character, or to
+///                   `end` without one
+/// @return 1 when a character was read; 0 when `position` is negative or not
+///         below `end`, when only continuation bytes are left, or when `end`
+///         cuts the character off
 QUILL_EXPORT int32_t utf8_GetCharAsLong(const char* text, int32_t position,
                                         int32_t end, int32_t* start,
                                         int32_t* character, int32_t* next);
 
+/// Reads the character that the nearest byte before a position that is no
+/// continuation byte begins. Stepping backwards passes `start` as the next
+/// position. The character is read in full up to `end`, so `next` may lie
+/// beyond `position`.
+///
+/// @param text       address of offset 0; null reads as no character
+/// @param position   byte offset; may equal `end`
+/// @param end        byte offset that bounds the reading, exclusive
+/// @param start      set to the offset of the character's first byte; not
+///                   written without a character
+/// @param character  set to the packed character; not written without one
+/// @param next       always set: to the offset just past the character, or to
+///                   `end` without one
+/// @return 1 when a character was read; 0 when `position` is below 1 or above
+///         `end`, when only continuation bytes lie before it, or when `end`
+///         cuts the character off
 QUILL_EXPORT int32_t utf8_GetPrevCharAsLong(const char* text, int32_t position,
                                             int32_t end, int32_t* start,
                                             int32_t* character, int32_t* next);
@@ -280,14 +403,52 @@ QUILL_EXPORT int32_t utf8_GetPrevCharAsLong(const char* text, int32_t position,
 // Counting characters
 // ---------------------------------------------------------------------------
 
+/// Counts the characters whose first byte lies in a range. Goes by first bytes
+/// alone: a continuation byte where a character is due counts as one, and a
+/// character that the end cuts off counts in full. Allocates nothing.
+///
+/// @param text   address of offset 0; null is refused
+/// @param start  byte offset; refused when negative or above `end`
+/// @param end    byte offset, exclusive
+/// @param count  set to 0 first, also when refused; then to the number of
+///               characters
+/// @return 1, or 0 when refused
 QUILL_EXPORT int32_t utf8_CountCharacters(const char* text, int32_t start,
                                           int32_t end, int32_t* count);
 
+/// Counts as utf8_CountCharacters does, and asks the host on the way.
+///
+/// @param text       address of offset 0; null is refused
+/// @param start      byte offset; refused when negative or above `end`
+/// @param end        byte offset, exclusive
+/// @param count      set to 0 first, also when refused; then to the number of
+///                   characters, up to the stop if the host stops
+/// @param reference  handed to `yield` unchanged
+/// @param yield      asked every YieldMax characters; hears the offset just
+///                   past the last one, which lies beyond `end` when that cuts
+///                   it off
+/// @return 1, also when the host stopped; 0 when refused
 QUILL_EXPORT int32_t utf8_CountCharactersTask(const char* text, int32_t start,
                                               int32_t end, int32_t* count,
                                               int32_t reference,
                                               QuillYield yield);
 
+/// Finds the offset that lies a number of characters after another. Each step
+/// goes to the end of the character that contains the offset, as
+/// utf8_GetCharAsLong reads it: from inside a character to its end, and where
+/// stray continuation bytes follow a character no further (the steps left are
+/// then not taken one by one). Allocates nothing.
+///
+/// @param text    address of offset 0; null reads as no character
+/// @param start   byte offset of the first step
+/// @param end     byte offset, exclusive
+/// @param count   in: how many characters to step over. Left as it is when that
+///                is below 1 and when all were; else set to the number stepped
+///                over before `end`, or to 0 when `start` is negative or not
+///                below `end`, or a character could not be read
+/// @param offset  always set: to the offset reached, or to `end` on a result of
+///                0
+/// @return 1 when that many characters were stepped over, else 0
 QUILL_EXPORT int32_t utf8_CountToOffset(const char* text, int32_t start,
                                         int32_t end, int32_t* count,
                                         int32_t* offset);
@@ -460,6 +621,29 @@ QUILL_EXPORT int32_t utf8_MaskStringSelection(
 // Searching bytes
 // ---------------------------------------------------------------------------
 
+/// Finds the first occurrence of a byte string that lies wholly in a range.
+/// Bytes are compared as they are. Takes time linear in the text whatever text
+/// and pattern are; allocates nothing.
+///
+/// @param text            address of offset 0; null is refused
+/// @param start           byte offset; refused when negative or above `end`
+/// @param end             byte offset, exclusive; refused below 1
+/// @param pattern         the bytes sought, any values; null is refused
+/// @param pattern_length  bytes; refused below 1 and above `end` - `start`
+/// @param reserved1       not looked at
+/// @param reserved2       not looked at
+/// @param reserved3       not looked at
+/// @param reserved4       not looked at
+/// @param found_start     set to the start of the occurrence, or to 0; not
+///                        written when refused
+/// @param found_end       set to its end, or to the offset at which the search
+///                        ended (`end`, or where the host stopped it); not
+///                        written when refused
+/// @param reference       handed to `yield` unchanged
+/// @param yield           asked every YieldMax offsets without an occurrence;
+///                        hears the last of them. After a stop no further
+///                        offset is examined
+/// @return 1 when there is an occurrence; else 0, also when refused or stopped
 QUILL_EXPORT int32_t FindStr(const char* text, int32_t start, int32_t end,
                              const char* pattern, int32_t pattern_length,
                              int32_t reserved1, int32_t reserved2,
@@ -467,6 +651,35 @@ QUILL_EXPORT int32_t FindStr(const char* text, int32_t start, int32_t end,
                              int32_t* found_start, int32_t* found_end,
                              int32_t reference, QuillYield yield);
 
+/// Lists all occurrences of a byte string that lie wholly in a range, from left
+/// to right; each is sought from the end of the one before, so they never
+/// overlap. Takes time linear in the text whatever text and pattern are.
+///
+/// @param text            address of offset 0; null is refused
+/// @param start           byte offset; refused when negative or above `end`
+/// @param end             byte offset, exclusive; refused below 1
+/// @param pattern         the bytes sought, any values; null is refused
+/// @param pattern_length  bytes; refused below 1 and above `end` - `start`
+/// @param reserved1       not looked at
+/// @param reserved2       not looked at
+/// @param reserved3       not looked at
+/// @param reserved4       not looked at
+/// @param list            set to a new canonical selection list, the host's; of
+///                        0 bytes when there is no occurrence, null when it
+///                        could not be made
+/// @param long_count      set to the number of longs in the list, 2 for each
+///                        occurrence; 0 when the list could not be made
+/// @param stop            set to the offset at which the search ended: `end`,
+///                        also when the list could not be made; where the host
+///                        stopped it; or, when the list could not grow, the
+///                        start of the first occurrence that is not in it
+/// @param reference       handed to `yield` unchanged
+/// @param yield           asked every YieldMax offsets or occurrences dealt
+///                        with; hears the last offset, or the end of the
+///                        occurrence. An occurrence found when the host stops
+///                        is in the list
+/// @return 1, also when the host stopped; 0 when refused, and then nothing is
+///         written, or when the list could not be made
 QUILL_EXPORT int32_t FindStrAll(const char* text, int32_t start, int32_t end,
                                 const char* pattern, int32_t pattern_length,
                                 int32_t reserved1, int32_t reserved2,
@@ -1431,6 +1644,23 @@ QUILL_EXPORT int32_t utf8_WordTableReplace(
 // Swapping byte patterns
 // ---------------------------------------------------------------------------
 
+/// Overwrites every occurrence of a byte string in a range with another of the
+/// same length, from left to right. Swapped bytes are not examined again, so
+/// occurrences never overlap; one that would cross `end` stays. Allocates
+/// nothing.
+///
+/// @param buffer       address of offset 0; the bytes are changed in place
+/// @param start        byte offset; what lies before offset 0 is passed over
+/// @param end          byte offset, exclusive
+/// @param pattern      `length` bytes, any values, read only
+/// @param replacement  `length` bytes, any values, read only
+/// @param length       bytes in each of them
+/// @param reference    handed to `yield` unchanged
+/// @param yield        asked every YieldMax offsets or swaps; hears the last
+///                     offset dealt with, of a swap its last byte. After a stop
+///                     nothing more is swapped; what was stays
+/// @return always 1: also when stopped, and when `start` is not below `end`,
+///         `end` is negative or `length` is below 1, and nothing happens
 QUILL_EXPORT int32_t BytePatternSwap(char* buffer, int32_t start, int32_t end,
                                      const char* pattern,
                                      const char* replacement, int32_t length,
@@ -1663,15 +1893,54 @@ QUILL_EXPORT int32_t ExtractSelections(
 // Functions with C++ linkage
 // ---------------------------------------------------------------------------
 
+/// Changes the size of a Block that is being filled and locks it again. The
+/// bytes up to the smaller of both sizes stay. When `size` equals `capacity`
+/// nothing is done at all.
+///
+/// @param block     the host's variable that holds the Block, locked
+/// @param capacity  the size in bytes that the host takes it to have; set to
+///                  `size` on success
+/// @param contents  set to the address of the contents on success
+/// @param size      bytes
+/// @return 1 when the Block has that size and is locked; 0 when it is gone: the
+///         variable held null, or the size could not be had and the Block has
+///         been disposed of. The variables then keep what they held, which is
+///         not to be used any more
 QUILL_EXPORT int32_t ResizeActiveBlock(QuillBlock* block, int32_t* capacity,
                                        char** contents, int32_t size);
 
+/// Reads one bit of a bit set: bit n is bit n mod 8, least significant first,
+/// of byte n / 8.
+///
+/// @param bits  address of the first byte
+/// @param bit   number of the bit, not negative
+/// @return the bit, 0 or 1
 QUILL_EXPORT int32_t BitTest(char* bits, int32_t bit);
 
+/// Sets one bit, numbered as for BitTest, to 1.
+///
+/// @param bits  address of the first byte
+/// @param bit   number of the bit, not negative
 QUILL_EXPORT void BitSet(char* bits, int32_t bit);
 
+/// Sets one bit, numbered as for BitTest, to 0.
+///
+/// @param bits  address of the first byte
+/// @param bit   number of the bit, not negative
 QUILL_EXPORT void BitClear(char* bits, int32_t bit);
 
+/// Finds the first occurrence of a byte in a range. Checks nothing; allocates
+/// nothing.
+///
+/// @param text       address of offset 0
+/// @param start      byte offset, not negative
+/// @param end        byte offset, exclusive; nothing is read when it is not
+///                   above `start`
+/// @param byte       the byte sought
+/// @param reference  handed to `yield` unchanged
+/// @param yield      asked every YieldMax offsets; hears the next offset. After
+///                   a stop that one is still examined
+/// @return its offset; -1 when there is none or the host stopped before it
 QUILL_EXPORT int32_t FindByte(char* text, int32_t start, int32_t end, char byte,
                               int32_t reference, QuillYield yield);
 
