@@ -1,5 +1,6 @@
 // Blocks, byte moves, arrays of longs and bits.
 #include <algorithm>
+#include <memory>
 #include <random>
 
 #include "bench/support/bench.h"
@@ -45,25 +46,27 @@ void add_memory_cases() {
           ResizeBlock(held.block, size / 2);
           return GetBlockSize(held.block) == size / 2;
         },
-        [block = NewBlock(size), size] {
-          ResizeBlock(block, size / 2);
-          ResizeBlock(block, size);
+        [held = std::make_shared<Held>(
+             std::string(static_cast<std::size_t>(size), 'q')),
+         size] {
+          ResizeBlock(held->block, size / 2);
+          ResizeBlock(held->block, size);
         });
   }
-  const QuillBlock block = NewBlock(100);
+  const auto held = std::make_shared<Held>(std::string(100, 'q'));
   add(
-      "GetBlockSize/any", 1, [=] { return GetBlockSize(block) == 100; },
-      [=] { benchmark::DoNotOptimize(GetBlockSize(block)); });
+      "GetBlockSize/any", 1, [=] { return GetBlockSize(held->block) == 100; },
+      [=] { benchmark::DoNotOptimize(GetBlockSize(held->block)); });
   add(
       "LockBlock/with_UnlockBlock", 1,
-      [=] { return LockBlock(block) == *block; },
+      [=] { return LockBlock(held->block) == *held->block; },
       [=] {
-        benchmark::DoNotOptimize(LockBlock(block));
-        UnlockBlock(block);
+        benchmark::DoNotOptimize(LockBlock(held->block));
+        UnlockBlock(held->block);
       });
   add(
-      "UnlockBlock/alone", 1, [=] { return block != nullptr; },
-      [=] { UnlockBlock(block); });
+      "UnlockBlock/alone", 1, [=] { return held->block != nullptr; },
+      [=] { UnlockBlock(held->block); });
   add(
       "DisposeBlock/of_null", 1, [] { return true; },
       [] { DisposeBlock(nullptr); });

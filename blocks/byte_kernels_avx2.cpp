@@ -88,7 +88,8 @@ struct Isa {
     return equal(both(entry, bit), bit);
   }
 
-  static bool any(Wide lanes) { return _mm256_testz_si256(lanes, lanes) == 0; }
+  // Only the highest bit of a lane counts, as in bits().
+  static bool any(Wide lanes) { return _mm256_movemask_epi8(lanes) != 0; }
   static std::uint64_t bits(Wide lanes) {
     return static_cast<std::uint32_t>(_mm256_movemask_epi8(lanes));
   }

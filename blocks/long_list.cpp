@@ -30,6 +30,17 @@ bool LongList::grow() {
   return false;
 }
 
+bool LongList::append_pairs(std::span<const std::int32_t> longs) {
+  while (!longs.empty()) {
+    const Offset fitting = std::min(std::ssize(longs), room_ - count_);
+    std::copy_n(longs.data(), fitting, longs_ + count_);
+    count_ += fitting;
+    longs = longs.subspan(static_cast<std::size_t>(fitting));
+    if (!longs.empty() && !grow()) return false;
+  }
+  return true;
+}
+
 QuillBlock LongList::hand_over() {
   if (failed_to_start_ || block_ == nullptr) return nullptr;
   if (!resize_handle(block_, to_long(count_ * 4))) return nullptr;

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <array>
+#include <span>
 
 #include "blocks/base.h"
 #include "blocks/memory_manager.h"
@@ -43,6 +44,10 @@ class LongList {
     if (count_ + 4 > room_ && !grow()) return false;
     return append(first_start, first_end) && append(second_start, second_end);
   }
+
+  // Appends the longs of whole pairs, as many of them as fit. False when the
+  // list could not grow for the others.
+  [[nodiscard]] bool append_pairs(std::span<const std::int32_t> longs);
 
   Offset long_count() const { return count_; }
 

@@ -1,9 +1,9 @@
 // The exported operations on arrays of longs.
 #include "blocks/longs.h"
 
-#include <algorithm>
 #include <utility>
 
+#include "blocks/sort_longs.h"
 #include "quillcore.h"
 
 std::int32_t BinarySearchLongs(const std::int32_t* array, std::int32_t count,
@@ -13,10 +13,11 @@ std::int32_t BinarySearchLongs(const std::int32_t* array, std::int32_t count,
   return place.found ? 1 : 0;
 }
 
-// Only the sorted result can be seen, so the standard sort serves: in place,
-// no allocation, n log n on every input.
+// Only the sorted result can be seen, so any sort serves that is in place.
 void SortLongs(std::int32_t* array, std::int32_t first, std::int32_t limit) {
-  if (limit > first) std::sort(array + first, array + limit);
+  if (limit <= first) return;
+  quill::sort_longs(
+      {array + first, static_cast<std::size_t>(quill::Offset{limit} - first)});
 }
 
 void SwapLongs(std::int32_t* first, std::int32_t* second) {

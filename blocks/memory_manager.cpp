@@ -110,4 +110,15 @@ void DisposeHandle(QuillBlock block) {
   std::free(record_of(block));
 }
 
+void move_contents(QuillBlock from, QuillBlock to) {
+  Record& source = *record_of(from);
+  Record& target = *record_of(to);
+  if (source.capacity != 0) {
+    target.contents = source.contents;
+    target.capacity = source.capacity;
+    target.size = source.size;
+  }
+  std::free(record_of(from));
+}
+
 }  // namespace quill

@@ -40,4 +40,8 @@ bool is_locked(QuillBlock block);
 // Null is ignored.
 void DisposeHandle(QuillBlock block);
 
+// Moves size and contents of a Block into an empty one, without copying, and
+// disposes of the Block that they came from.
+void move_contents(QuillBlock from, QuillBlock to);
+
 }  // namespace quill

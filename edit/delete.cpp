@@ -10,8 +10,11 @@ bool delete_selections(QuillBlock text, QuillBlock selections) {
   if (GetHandleSize(text) == 0 || GetHandleSize(selections) < 4) return true;
   BlockLock text_lock(text);
   const BlockLock list_lock(selections);
-  if (!is_canonical(list_lock.longs(), text_lock.size())) return false;
-  return splice(text_lock, OneString(list_lock.longs(), {}));
+  const std::span<std::int32_t> longs = list_lock.longs();
+  const ListSurvey list = survey(longs, text_lock.size(), 0);
+  if (!list.is_canonical) return false;
+  const OneString<false> edits(selections_of(longs), {});
+  return splice(text_lock, edits, list.growth);
 }
 
 }  // namespace quill

@@ -56,19 +56,6 @@ bool overlay_string(QuillBlock* variable, QuillBlock selections,
                  longest);
 }
 
-// Moves every pair to where its selection lies once all longer ones have been
-// replaced and none of the shorter ones has.
-void note_places(std::span<Selection> selections, Offset string_length) {
-  Offset shrunk = 0;
-  for (Selection& selection : selections) {
-    const Offset length = selection.length();
-    const Offset kept = std::min(length, string_length);
-    selection.start = to_long(selection.start - shrunk);
-    selection.end = to_long(selection.start + kept);
-    shrunk += length - kept;
-  }
-}
-
 bool replace_selections(QuillBlock text, QuillBlock selections,
                         std::string_view string, Offset longest) {
   if (GetHandleSize(selections) < 4) return false;
@@ -76,11 +63,16 @@ bool replace_selections(QuillBlock text, QuillBlock selections,
   if (text == nullptr) return false;
   BlockLock text_lock(text);
   const std::span<std::int32_t> longs = list_lock.longs();
-  if (!is_canonical(longs, text_lock.size())) return false;
-  const OneString edits(longs, string);
-  if (!splice(text_lock, edits, longest)) return false;
-  if (edits.shrinks()) note_places(selections_of(longs), std::ssize(string));
-  return true;
+  const ListSurvey list = survey(longs, text_lock.size(), std::ssize(string));
+  if (!list.is_canonical) return false;
+  const std::span<Selection> places = selections_of(longs);
+  if (list.shrinks) {
+    const OneString<true> edits(places, string);
+    return splice(text_lock, edits, list.growth, longest);
+  }
+  // Every place is noted already.
+  const OneString<false> edits(places, string);
+  return splice(text_lock, edits, list.growth, longest);
 }
 
 }  // namespace

@@ -36,72 +36,94 @@ bool is_consistent(const QuillReplaceEntry& entry) {
   }
 }
 
+// What one look at a table tells.
+struct TableSurvey {
+  bool is_usable = false;   // in order, inside the text and consistent
+  bool shrinks = false;     // some selection does
+  bool may_repeat = false;  // one entry may stand twice in the table
+  Offset growth = 0;        // of the text
+};
+
+TableSurvey survey(Entries entries, Offset text_length) {
+  TableSurvey table;
+  Offset reached = 0;
+  for (const QuillReplaceEntry* entry : entries) {
+    if (entry == nullptr || entry->start < reached ||
+        entry->end < entry->start || !is_consistent(*entry)) {
+      return table;
+    }
+    // In an ordered table only an empty selection can stand twice.
+    table.may_repeat = table.may_repeat || entry->end == reached;
+    reached = entry->end;
+    if (entry->kind == kKeep) continue;
+    table.growth += entry->replacement_length - selected_length(*entry);
+    table.shrinks = table.shrinks || entry->kind == kShorter;
+  }
+  table.is_usable = reached <= text_length;
+  return table;
+}
+
+// Moves an entry to where its selection lies once those before it have shrunk
+// by `shrunk` bytes, and it has been replaced if it shrinks itself.
+void note_place(QuillReplaceEntry& entry, Offset shrunk) {
+  const Offset length = entry.kind == kShorter
+                            ? Offset{entry.replacement_length}
+                            : selected_length(entry);
+  entry.start = to_long(entry.start - shrunk);
+  entry.end = to_long(entry.start + length);
+}
+
+void note_places(Entries entries) {
+  Offset shrunk = 0;
+  for (QuillReplaceEntry* entry : entries) {
+    const Offset before = selected_length(*entry);
+    note_place(*entry, shrunk);
+    shrunk += before - selected_length(*entry);
+  }
+}
+
+// The edit that puts each entry's replacement in place of its selection.
+template <bool notes_places>
 class OwnStrings {
  public:
-  explicit OwnStrings(Entries entries) : entries_(entries) {}
+  static constexpr bool kNotesPlaces = notes_places;
 
-  // Whether the table is in order, inside the text and consistent; adds up
-  // what the edit needs to know on the way.
-  bool check(Offset text_length) {
-    Offset reached = 0;
-    for (const QuillReplaceEntry* entry : entries_) {
-      if (entry == nullptr || entry->start < reached ||
-          entry->end < entry->start || !is_consistent(*entry)) {
-        return false;
-      }
-      reached = entry->end;
-      if (entry->kind == kKeep) continue;
-      growth_ += entry->replacement_length - selected_length(*entry);
-      shrinks_ = shrinks_ || entry->kind == kShorter;
-    }
-    return reached <= text_length;
-  }
+  explicit OwnStrings(Entries entries) : entries_(entries) {}
 
   Offset count() const { return std::ssize(entries_); }
   Offset start(Offset k) const { return at(k).start; }
   Offset end(Offset k) const { return at(k).end; }
   bool is_kept(Offset k) const { return at(k).kind == kKeep; }
-  std::string_view replacement(Offset k) const {
-    return byte_string(at(k).replacement, at(k).replacement_length);
+  Offset length(Offset k) const { return at(k).replacement_length; }
+  void put(Offset k, Offset length, char* to) const {
+    move_bytes(to, at(k).replacement, length);
   }
-  Offset growth() const { return growth_; }
-  bool shrinks() const { return shrinks_; }
+  void note(Offset k, Offset shrunk) const { note_place(at(k), shrunk); }
 
  private:
-  const QuillReplaceEntry& at(Offset k) const {
+  QuillReplaceEntry& at(Offset k) const {
     return *entries_[static_cast<std::size_t>(k)];
   }
 
   Entries entries_;
-  Offset growth_ = 0;
-  bool shrinks_ = false;
 };
-
-// Moves every entry to where its selection lies once all longer ones have been
-// replaced and none of the shorter ones has. Only after the edit: a host may
-// list one entry twice.
-void note_places(Entries entries) {
-  Offset shrunk = 0;
-  for (QuillReplaceEntry* entry : entries) {
-    const Offset length = selected_length(*entry);
-    const Offset kept =
-        entry->kind == kShorter ? Offset{entry->replacement_length} : length;
-    entry->start = to_long(entry->start - shrunk);
-    entry->end = to_long(entry->start + kept);
-    shrunk += length - kept;
-  }
-}
 
 }  // namespace
 
 bool insert_multiple(QuillBlock text, Entries entries) {
   if (entries.empty() || text == nullptr) return false;
   BlockLock text_lock(text);
-  OwnStrings edits(entries);
-  if (!edits.check(text_lock.size()) || !splice(text_lock, edits)) {
+  const TableSurvey table = survey(entries, text_lock.size());
+  if (!table.is_usable) return false;
+  if (table.shrinks && !table.may_repeat) {
+    return splice(text_lock, OwnStrings<true>(entries), table.growth);
+  }
+  // Were an entry that stands twice moved during the edit, its second place
+  // would be wrong. Where nothing shrinks no entry moves.
+  if (!splice(text_lock, OwnStrings<false>(entries), table.growth)) {
     return false;
   }
-  if (edits.shrinks()) note_places(entries);
+  if (table.shrinks) note_places(entries);
   return true;
 }
 

@@ -1,124 +1,94 @@
 #include "edit/overlay.h"
 
-#include <algorithm>
-#include <utility>
-
-#include "blocks/active_block.h"
 #include "blocks/block_lock.h"
+#include "edit/composer.h"
 #include "edit/delete.h"
-#include "edit/short_moves.h"
+#include "edit/splice.h"
 #include "selection/selection_list.h"
-#include "utf8/characters.h"
 
 namespace quill {
 namespace {
 
-// Fills the output Block from a text, its selections and a template.
-class Overlay {
+// The edit that puts what the composer makes of each selection in its place.
+//
+// The selection's own bytes are read when its length is asked for, before
+// anything near it moves; put() uses what was composed then.
+class Overlaying {
  public:
-  Overlay(const char* text, Offset text_length, const Template& form)
-      : text_(text),
-        text_length_(text_length),
-        form_(form),
-        room_a_template_(4 * std::ssize(form.characters)),
-        output_(to_long(text_length)) {}
+  static constexpr bool kNotesPlaces = false;
 
-  // Null when the output could not be made or could not grow.
-  QuillBlock run(std::span<const Selection> selections, Offset longest) {
-    Offset copied = 0;
-    for (const Selection& selection : selections) {
-      if (!copy_run(copied, selection.start)) return nullptr;
-      if (!make_room_for_template()) return nullptr;
-      lay_over(selection);
-      copied = selection.end;
-    }
-    if (!copy_run(copied, text_length_)) return nullptr;
-    return output_.in_use() > longest ? nullptr : output_.finish();
+  Overlaying(QuillBlock text, std::span<const Selection> selections,
+             Composer& composer)
+      : text_(text), selections_(selections), composer_(&composer) {}
+
+  Offset count() const { return std::ssize(selections_); }
+  Offset start(Offset k) const { return at(k).start; }
+  Offset end(Offset k) const { return at(k).end; }
+  static bool is_kept(Offset) { return false; }
+  Offset length(Offset k) const {
+    return composer_->compose(*text_, start(k), end(k));
+  }
+  void put(Offset, Offset length, char* to) const {
+    move_bytes(to, composer_->bytes(), length);
   }
 
  private:
-  static constexpr Offset kGrowth = 1'000'000;
-
-  // False: the output Block is gone.
-  bool copy_run(Offset start, Offset end) {
-    const Offset length = end - start;
-    if (length > output_.room() &&
-        !output_.resize(output_.capacity() + length)) {
-      return false;
-    }
-    if (!output_.alive()) return false;
-    move_bytes(output_.write_position(), text_ + start, length);
-    output_.advance(length);
-    return true;
+  const Selection& at(Offset k) const {
+    return selections_[static_cast<std::size_t>(k)];
   }
 
-  // A template of more than 250,000 characters may need more than one step.
-  bool make_room_for_template() {
-    if (output_.room() >= room_a_template_) return true;
-    return output_.resize(output_.capacity() +
-                          std::max(kGrowth, room_a_template_));
-  }
-
-  // Reads no more of the selection than the template has characters: what is
-  // beyond them is dropped.
-  void lay_over(const Selection& selection) {
-    Offset position = selection.start;
-    char* const begin = output_.write_position();
-    char* out = begin;
-    for (std::size_t i = 0; i < form_.characters.size(); ++i) {
-      const Character own = read_next(as_bytes(text_), position, selection.end);
-      position = own.next;
-      const bool stays = own.found && form_.flags[i] != 1;
-      out += unpack(stays ? own.packed : form_.characters[i], out);
-    }
-    output_.advance(out - begin);
-  }
-
-  const char* text_;
-  Offset text_length_;
-  const Template& form_;
-  Offset room_a_template_;
-  ActiveBlock output_;
+  QuillBlock text_;  // its contents move when the splice makes room
+  std::span<const Selection> selections_;
+  Composer* composer_;
 };
 
-// Gives the Block the contents of another.
-bool copy_contents(QuillBlock from, QuillBlock to) {
-  BlockLock target(to);
-  const BlockLock source(from);
-  if (!target.resize(source.size())) return false;
-  std::memcpy(target.contents(), source.contents(),
-              static_cast<std::size_t>(source.size()));
-  return true;
+Offset growth_of(const Overlaying& edits) {
+  Offset growth = 0;
+  for (Offset k = 0; k < edits.count(); ++k) {
+    growth += edits.length(k) - (edits.end(k) - edits.start(k));
+  }
+  return growth;
+}
+
+bool overlay_in_place(QuillBlock text, QuillBlock selections,
+                      const Template& form, Offset longest) {
+  const BlockLock list_lock(selections);
+  BlockLock text_lock(text);
+  const std::span<const std::int32_t> longs = list_lock.longs();
+  if (!is_canonical(longs, text_lock.size())) return false;
+  Composer composer(form);
+  if (composer.refused()) return false;
+  const Overlaying edits(text, selections_of(longs), composer);
+  return splice(text_lock, edits, growth_of(edits), longest);
 }
 
 }  // namespace
 
-QuillBlock overlaid_text(QuillBlock text, QuillBlock selections,
-                         const Template& form, Offset longest) {
-  const BlockLock list_lock(selections);
-  const BlockLock text_lock(text);
-  if (!is_canonical(list_lock.longs(), text_lock.size())) return nullptr;
-  Overlay overlay(text_lock.contents(), text_lock.size(), form);
-  return overlay.run(selections_of(list_lock.longs()), longest);
-}
-
 bool overlay(QuillBlock* variable, QuillBlock selections, const Template& form,
              Handover handover, Offset longest) {
-  if (form.characters.empty()) return delete_selections(*variable, selections);
+  const QuillBlock text = *variable;
+  if (form.characters.empty()) return delete_selections(text, selections);
   if (GetHandleSize(selections) < 4) return true;
-  if (*variable == nullptr) {
+  if (text == nullptr) {
     HUnlock(selections);
     return false;
   }
-  const QuillBlock result = overlaid_text(*variable, selections, form, longest);
-  if (result == nullptr) return false;
-  if (handover == Handover::kNewBlock) {
-    DisposeHandle(std::exchange(*variable, result));
-    return true;
+  if (handover == Handover::kSameBlock) {
+    return overlay_in_place(text, selections, form, longest);
   }
-  const bool copied = copy_contents(result, *variable);
-  DisposeHandle(result);
-  return copied;
+  const QuillBlock result = NewHandle(0);
+  if (result == nullptr) {
+    HUnlock(selections);
+    HUnlock(text);
+    return false;
+  }
+  if (!overlay_in_place(text, selections, form, longest)) {
+    DisposeHandle(result);
+    return false;
+  }
+  move_contents(text, result);
+  *variable = result;
+  return true;
 }
 
 }  // namespace quill

@@ -8,24 +8,29 @@
 // stretch of runs that move right is moved from its last to its first, and the
 // stretches don't disturb each other: every byte is moved once, whatever
 // mixture of growing and shrinking the edit is.
-//
-// `Edits` describes the selections. It is trusted: they ascend, don't overlap
-// and lie in the text.
-//   Offset count()
-//   Offset start(k), end(k)          where selection k lies
-//   bool is_kept(k)                  selection k stays, as part of its run
-//   std::string_view replacement(k)  asked only of those that don't stay
-//   Offset growth()                  the sum of all changes in length
 #pragma once
 
 #include <algorithm>
-#include <string_view>
 
 #include "blocks/block_lock.h"
 #include "edit/short_moves.h"
 
 namespace quill {
 
+// `Edits` describes the selections; it is small, and copied. It is trusted: the
+// selections ascend, don't overlap and lie in the text.
+//   Offset count()
+//   Offset start(k), end(k)     where selection k lies
+//   bool is_kept(k)             selection k stays, as part of its run
+//   Offset length(k)            of its replacement
+//   void put(k, length, at)     writes the replacement of selection k, whose
+//                               length was the last one asked for
+//   kNotesPlaces                whether it wants to hear of
+//   void note(k, shrunk)        selection k is done; those before it gave up
+//                               `shrunk` bytes where they shrank
+//
+// The state of the loops is kept in locals and handed on by value: stores into
+// the text could otherwise change it, as far as a compiler can tell.
 template <class Edits>
 class Splice {
  public:
@@ -33,98 +38,140 @@ class Splice {
   Splice(char* text, Offset text_length, const Edits& edits)
       : text_(text), text_length_(text_length), edits_(edits) {}
 
-  void run() {
-    const Offset count = edits_.count();
-    Offset k = 0;
-    while (k < count) {
-      if (edits_.is_kept(k)) {
-        ++k;
-        continue;
-      }
-      move_run(run_start_, edits_.start(k), shift_);
-      const Offset next_shift = shift_ + change(k);
-      if (next_shift > 0) {
-        k = move_right(k);
-        continue;
-      }
-      put_replacement(k, shift_);
-      run_start_ = edits_.end(k);
-      shift_ = next_shift;
-      ++k;
-    }
-    move_run(run_start_, text_length_, shift_);
+  void run() const {
+    Reached at = move_left({});
+    while (at.next < edits_.count()) at = move_left(move_right(at));
+    move_run(at.run_start, text_length_, at.shift);
   }
 
  private:
-  // Edits the stretch that begins with the replacement at `first` and whose
-  // runs all move right. Returns the selection that ends it; the bytes before
-  // that one are then where they belong.
-  Offset move_right(Offset first) {
-    Offset shift = shift_;
-    const Offset limit = end_of_stretch(first, shift);
-    const Offset stretch_end =
-        limit == edits_.count() ? text_length_ : edits_.start(limit);
-    run_start_ = stretch_end;
-    shift_ = shift;
-    Offset run_end = stretch_end;
-    for (Offset k = limit; k-- > first;) {
-      if (edits_.is_kept(k)) continue;
-      move_run(edits_.end(k), run_end, shift);
-      shift -= change(k);
-      put_replacement(k, shift);
-      run_end = edits_.start(k);
+  // How far the edit has come.
+  struct Reached {
+    Offset next;       // selection to look at
+    Offset run_start;  // what lies before is edited
+    Offset shift;      // of the run that begins there
+    Offset shrunk;     // by the selections before it that shrank
+  };
+
+  // A selection and the length of what replaces it.
+  struct Place {
+    Offset start;
+    Offset end;
+    Offset length;
+
+    Offset change() const { return length - (end - start); }
+    Offset shrinkage() const { return std::max<Offset>(-change(), 0); }
+  };
+
+  static void note(const Edits& edits, Offset k, Offset shrunk) {
+    if constexpr (Edits::kNotesPlaces) edits.note(k, shrunk);
+  }
+
+  static Place place_of(const Edits& edits, Offset k) {
+    return {edits.start(k), edits.end(k), edits.length(k)};
+  }
+
+  // Edits on while runs move left or stay. Stops at a selection behind which
+  // the text moves right: up to that one it is edited.
+  Reached move_left(Reached at) const {
+    const Edits edits = edits_;
+    const Offset count = edits.count();
+    for (; at.next < count; ++at.next) {
+      const Offset k = at.next;
+      if (edits.is_kept(k)) {
+        note(edits, k, at.shrunk);
+        continue;
+      }
+      const Place place = place_of(edits, k);
+      move_run(at.run_start, place.start, at.shift);
+      at.run_start = place.start;
+      const Offset shift = at.shift + place.change();
+      if (shift > 0) break;
+      edits.put(k, place.length, text_ + place.start + at.shift);
+      note(edits, k, at.shrunk);
+      at.run_start = place.end;
+      at.shift = shift;
+      if constexpr (Edits::kNotesPlaces) at.shrunk += place.shrinkage();
     }
-    return limit;
+    return at;
   }
 
-  // The first selection from `first` on behind which nothing moves right.
-  // `shift` goes from that before the stretch to that of its last run.
-  Offset end_of_stretch(Offset first, Offset& shift) const {
-    const Offset count = edits_.count();
-    Offset k = first;
-    for (; k < count; ++k) {
-      if (edits_.is_kept(k)) continue;
-      const Offset next_shift = shift + change(k);
-      if (next_shift <= 0) break;
-      shift = next_shift;
+  // Edits the stretch of runs that move right and begins behind the selection
+  // `from.next`; up to that one the text is edited.
+  Reached move_right(const Reached from) const {
+    const Edits edits = edits_;
+    Reached last = from;
+    Offset run_end = end_of_stretch(last);
+    const Offset limit = last.next;
+    Offset shift = last.shift;
+    Offset shrunk = last.shrunk;
+    // What ends the stretch goes first, while it can be read: its replacement
+    // fits into its own bytes.
+    if (limit < edits.count()) last = put_and_pass(edits, last);
+    for (Offset k = limit; k-- > from.next;) {
+      if (edits.is_kept(k)) {
+        note(edits, k, shrunk);
+        continue;
+      }
+      const Place place = place_of(edits, k);
+      move_run(place.end, run_end, shift);
+      shift -= place.change();
+      edits.put(k, place.length, text_ + place.start + shift);
+      if constexpr (Edits::kNotesPlaces) shrunk -= place.shrinkage();
+      note(edits, k, shrunk);
+      run_end = place.start;
     }
-    return k;
+    return last;
   }
 
-  Offset change(Offset k) const {
-    return std::ssize(edits_.replacement(k)) - edits_.end(k) + edits_.start(k);
+  // Goes on to the first selection behind which nothing moves right any more,
+  // and returns where the stretch before it ends.
+  Offset end_of_stretch(Reached& at) const {
+    const Edits edits = edits_;
+    const Offset count = edits.count();
+    for (; at.next < count; ++at.next) {
+      if (edits.is_kept(at.next)) continue;
+      const Place place = place_of(edits, at.next);
+      if (at.shift + place.change() <= 0) return place.start;
+      at.shift += place.change();
+      at.shrunk += place.shrinkage();
+    }
+    at.run_start = text_length_;
+    return text_length_;
   }
 
-  void move_run(Offset start, Offset end, Offset shift) {
-    if (shift != 0)
-      move_bytes(text_ + start + shift, text_ + start, end - start);
+  // Replaces the selection `at.next`, and has the run behind it to move next.
+  Reached put_and_pass(const Edits& edits, Reached at) const {
+    const Place place = place_of(edits, at.next);
+    edits.put(at.next, place.length, text_ + place.start + at.shift);
+    note(edits, at.next, at.shrunk);
+    return {at.next + 1, place.end, at.shift + place.change(),
+            at.shrunk + place.shrinkage()};
   }
 
-  void put_replacement(Offset k, Offset shift) {
-    const std::string_view bytes = edits_.replacement(k);
-    move_bytes(text_ + edits_.start(k) + shift, bytes.data(),
-               std::ssize(bytes));
+  void move_run(Offset start, Offset end, Offset shift) const {
+    if (shift == 0) return;
+    move_bytes(text_ + start + shift, text_ + start, end - start);
   }
 
   char* text_;
   Offset text_length_;
   const Edits& edits_;
-  Offset run_start_ = 0;  // what lies before is edited
-  Offset shift_ = 0;      // of the run that begins there
 };
 
-// Edits a Block and gives it the size of the result. False, and nothing is
-// changed, when that size is above `longest` or can't be had.
+// Edits a Block and gives it the size of the result, `growth` bytes more than
+// it has. False, and nothing is changed, when that size is above `longest` or
+// can't be had.
 template <class Edits>
-[[nodiscard]] bool splice(BlockLock& text, const Edits& edits,
+[[nodiscard]] bool splice(BlockLock& text, const Edits& edits, Offset growth,
                           Offset longest = kMaxLong) {
   const Offset old_size = text.size();
-  const Offset new_size = old_size + edits.growth();
+  const Offset new_size = old_size + growth;
   if (new_size > longest) return false;
-  if (new_size > old_size && !text.resize(new_size)) return false;
+  if (growth > 0 && !text.resize(new_size)) return false;
   Splice(text.contents(), old_size, edits).run();
   // A smaller size is never refused.
-  return new_size >= old_size || text.resize(new_size);
+  return growth >= 0 || text.resize(new_size);
 }
 
 }  // namespace quill

@@ -14,25 +14,26 @@ namespace {
 // Every long of the list is an empty selection of its own.
 class Wrapping {
  public:
+  static constexpr bool kNotesPlaces = false;
+
   Wrapping(std::span<const std::int32_t> longs, std::string_view leading,
            std::string_view trailing)
-      : longs_(longs), leading_(leading), trailing_(trailing) {}
+      : longs_(longs), strings_{leading, trailing} {}
 
   Offset count() const { return std::ssize(longs_); }
   Offset start(Offset k) const { return longs_[static_cast<std::size_t>(k)]; }
   Offset end(Offset k) const { return start(k); }
-  bool is_kept(Offset k) const { return replacement(k).empty(); }
-  std::string_view replacement(Offset k) const {
-    return k % 2 == 0 ? leading_ : trailing_;
-  }
-  Offset growth() const {
-    return count() / 2 * (std::ssize(leading_) + std::ssize(trailing_));
+  bool is_kept(Offset k) const { return length(k) == 0; }
+  Offset length(Offset k) const { return std::ssize(string(k)); }
+  void put(Offset k, Offset length, char* at) const {
+    move_bytes(at, string(k).data(), length);
   }
 
  private:
+  std::string_view string(Offset k) const { return strings_[k & 1]; }
+
   std::span<const std::int32_t> longs_;
-  std::string_view leading_;
-  std::string_view trailing_;
+  std::string_view strings_[2];
 };
 
 bool wrap_selections(QuillBlock text, QuillBlock selections,
@@ -42,7 +43,10 @@ bool wrap_selections(QuillBlock text, QuillBlock selections,
   if (text == nullptr) return false;
   BlockLock text_lock(text);
   if (!is_canonical(list_lock.longs(), text_lock.size())) return false;
-  return splice(text_lock, Wrapping(list_lock.longs(), leading, trailing));
+  const Offset pairs = std::ssize(list_lock.longs()) / 2;
+  const Offset growth = pairs * (std::ssize(leading) + std::ssize(trailing));
+  return splice(text_lock, Wrapping(list_lock.longs(), leading, trailing),
+                growth);
 }
 
 }  // namespace

@@ -7,13 +7,9 @@
 namespace quill::tool {
 
 const icu::UnicodeSet& break_set() {
-  static const icu::UnicodeSet set = [] {
-    UErrorCode status = U_ZERO_ERROR;
-    icu::UnicodeSet breaks(u"[^[:L:][:M:][:N:][:Pc:][:Cn:][:Co:][:Cs:]]",
-                           status);
-    breaks.freeze();
-    return breaks;
-  }();
+  static UErrorCode status = U_ZERO_ERROR;
+  static const icu::UnicodeSet set(
+      u"[^[:L:][:M:][:N:][:Pc:][:Cn:][:Co:][:Cs:]]", status);
   return set;
 }
 

@@ -6,6 +6,17 @@
 
 namespace quill::tool {
 
+namespace {
+
+// The match at an index of a list, if the list reaches so far.
+std::optional<Match> match_at(const Block& list, std::size_t index) {
+  const auto longs = list.longs();
+  if (index >= longs.size()) return std::nullopt;
+  return Match{longs[index], longs[index + 1]};
+}
+
+}  // namespace
+
 // Every search export takes the text, the range and the pattern first.
 template <typename Export, typename... Outputs>
 std::int32_t PatternSearch::call(Export search, const char* what,
@@ -26,25 +37,18 @@ std::optional<Match> PatternSearch::first(const Block& text) const {
   return match;
 }
 
-// The library has no search for the n-th match of a pattern, and one that
-// went from match to match would have to step over empty ones as the list of
-// all matches does.
+// The n-th and the last match are those of the list of all: the library has no
+// search for the n-th match of a pattern, and its backward search finds the
+// match that starts last, which for a run of letters is the last letter.
 std::optional<Match> PatternSearch::nth(const Block& text,
                                         std::int32_t n) const {
   const Block list = all(text);
-  const auto longs = list.longs();
-  const auto index = 2 * (static_cast<std::size_t>(n) - 1);
-  if (index + 1 >= longs.size()) return std::nullopt;
-  return Match{longs[index], longs[index + 1]};
+  return match_at(list, 2 * (static_cast<std::size_t>(n) - 1));
 }
 
 std::optional<Match> PatternSearch::last(const Block& text) const {
-  Match match{};
-  std::int32_t next = 0;
-  if (call(utf8_FindPatternPrev, "searching backwards", text, &match.start,
-           &match.end, &next) != 1)
-    return std::nullopt;
-  return match;
+  const Block list = all(text);
+  return match_at(list, list.longs().size() - 2);
 }
 
 std::int32_t PatternSearch::count(const Block& text) const {

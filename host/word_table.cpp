@@ -12,11 +12,10 @@ namespace quill::tool {
 namespace {
 
 bool is_word(std::string_view text) {
-  static const icu::UnicodeSet breaks = break_set();
   const auto bytes =
       icu::StringPiece(text.data(), static_cast<int>(text.size()));
   return !text.empty() &&
-         breaks.containsNone(icu::UnicodeString::fromUTF8(bytes));
+         break_set().containsNone(icu::UnicodeString::fromUTF8(bytes));
 }
 
 // The line up to its end, which is taken off `rest`.

@@ -27,22 +27,48 @@ void visit_members(const ByteSet& set, Visit visit) {
 
 }  // namespace
 
-ByteShares::ByteShares(const Byte* text, Offset start, Offset end) {
+// Calls `visit` with stretches spread over the text, of about a thousand bytes
+// in all.
+template <class Visit>
+void ByteShares::visit_sample(Visit visit) const {
   constexpr Offset kPlaces = 32;
-  constexpr Offset kBytes = 32;  // read at each place
-  std::array<std::uint16_t, 256> seen{};
-  const Offset step = std::max<Offset>((end - start) / kPlaces, 1);
-  Offset total = 0;
-  for (Offset place = start; place < end; place += step) {
-    const Offset limit = std::min(place + std::min(step, kBytes), end);
-    for (Offset i = place; i < limit; ++i) ++seen[text[i]];
-    total += limit - place;
+  constexpr Offset kBytes = 40;  // read at each place
+  const Offset step = std::max<Offset>((end_ - start_) / kPlaces, 1);
+  for (Offset place = start_; place < end_; place += step) {
+    visit(place, std::min(place + std::min(step, kBytes), end_));
   }
+}
+
+ByteShares::ByteShares(const Byte* text, Offset start, Offset end)
+    : text_(text), start_(start), end_(end) {
+  std::array<std::uint16_t, 256> seen{};
+  Offset total = 0;
+  visit_sample([&](Offset from, Offset limit) {
+    for (Offset i = from; i < limit; ++i) ++seen[text[i]];
+    total += limit - from;
+  });
   // What was not seen is rare, not absent.
   const float unit = 1.0F / (static_cast<float>(total) + 64);
   for (std::size_t i = 0; i < seen.size(); ++i) {
     shares_[i] = (static_cast<float>(seen[i]) + 0.25F) * unit;
   }
+}
+
+double ByteShares::of(const AnchorPlan& plan) const {
+  double hits = 0;
+  Offset total = 1;
+  visit_sample([&](Offset from, Offset limit) {
+    limit = std::min(limit, end_ - plan.reach + 1);
+    for (Offset p = from; p < limit; ++p) {
+      bool holds = true;
+      for (const Anchor& anchor : plan.used()) {
+        holds = holds && anchor.set.contains(text_[p + anchor.offset]);
+      }
+      hits += holds ? 1 : 0;
+    }
+    total += std::max<Offset>(limit - from, 0);
+  });
+  return std::max(plan.share, hits / static_cast<double>(total));
 }
 
 double ByteShares::of(const ByteSet& set) const {
@@ -102,7 +128,7 @@ AnchorPlan ByteSpread::plan(const ByteShares& shares) const {
     share[at] = shares.of(at_[at]);
   }
   // More anchors cost time everywhere: they must make up for it.
-  constexpr double kRareEnough = 0.0005;
+  constexpr double kRareEnough = 0.0001;
   constexpr double kUseful = 0.7;
   while (plan.anchor_count < kMostAnchors && plan.share > kRareEnough) {
     const auto* const best =

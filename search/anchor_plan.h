@@ -45,7 +45,17 @@ class ByteShares {
   ByteShares(const Byte* text, Offset start, Offset end);
   double of(const ByteSet& set) const;
 
+  // Of the offsets at which all of a plan's anchors hold: as many as in the
+  // sample, and no fewer than the bytes by themselves make likely.
+  double of(const AnchorPlan& plan) const;
+
  private:
+  template <class Visit>
+  void visit_sample(Visit visit) const;
+
+  const Byte* text_;
+  Offset start_;
+  Offset end_;
   std::array<float, 256> shares_;
 };
 

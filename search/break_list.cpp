@@ -1,14 +1,12 @@
 // Break lists: every n characters, or where lines are cut at spaces.
 //
 // A break list is a selection list in which every break is an empty selection.
-#include <algorithm>
-
 #include "blocks/active_block.h"
 #include "blocks/block_lock.h"
-#include "blocks/byte_scan.h"
 #include "blocks/yield_meter.h"
 #include "quillcore.h"
 #include "utf8/characters.h"
+#include "utf8/counters.h"
 
 using namespace quill;
 
@@ -37,44 +35,17 @@ struct BreakList {
   ActiveBlock block;
 };
 
-struct Stepped {
-  Offset position;
-  Offset characters;
-  bool readable;
-};
-
-// Steps over `wanted` characters, each the one that contains the position
-// reached. Among stray continuation bytes a step leads back to the end of the
-// character before them, and so do all that follow it.
-Stepped step(const Range& in, Offset position, Offset wanted) {
-  Offset done = 0;
-  while (done < wanted && position < in.end) {
-    const Walk walk =
-        walk_characters(in.text + position, in.text + in.end, wanted - done);
-    done += walk.characters;
-    position = walk.next - in.text;
-    if (done == wanted || position == in.end) break;
-    const Character read = read_containing(in.text, position, in.end);
-    if (!read.found) return {in.end, 0, false};
-    done = read.next > position ? done + 1 : wanted;
-    position = read.next;
-  }
-  return {position, done, true};
-}
-
 // False when a character can't be read, or when stray continuation bytes keep
-// a step from moving: it would never end.
+// a step from moving: it would never end. Every break lies at least `chunk`
+// bytes behind the one before it, so the list holds them all.
 bool break_every(const Range& in, Offset chunk, BreakList& list,
                  YieldMeter meter) {
   Offset position = in.start;
   while (position < in.end && meter.go_on()) {
-    const Stepped stepped = step(in, position, chunk);
-    if (!stepped.readable || stepped.position <= position) return false;
-    position = stepped.position;
-    if (stepped.characters == chunk) {
-      if (list.is_full()) return false;
-      list.store(position);
-    }
+    const Stepped stepped = step_characters(in.text, position, in.end, chunk);
+    if (stepped.failed || stepped.stuck) return false;
+    position = stepped.offset;
+    if (stepped.characters == chunk) list.store(position);
     meter.tick(position);
   }
   return true;

@@ -44,19 +44,23 @@ template <class Visit>
 void visit_sources(std::int32_t element, const Mask& mask, Visit visit) {
   if (mask.map(element) == element) visit(element);
   if (mask.is_identity()) return;
-  constexpr Offset kBatch = 32;
-  for (Offset i = 0; i < mask.count; i += kBatch) {
-    // Most batches hold none; looking at all of one is a few vector steps.
-    const Offset limit = i + kBatch < mask.count ? i + kBatch : mask.count;
+  constexpr std::int32_t kBatch = 8;
+  const auto visit_between = [&](std::int32_t i, std::int32_t limit) {
+    for (; i < limit; ++i) {
+      if (mask.values[i] != element) continue;
+      if (mask.map(mask.keys[i]) == element) visit(mask.keys[i]);
+    }
+  };
+  // Most batches hold none; looking at all of one is a few vector steps.
+  const std::int32_t whole = mask.count - mask.count % kBatch;
+  for (std::int32_t i = 0; i < whole; i += kBatch) {
     unsigned hits = 0;
-    for (Offset k = i; k < limit; ++k) {
-      hits |= static_cast<unsigned>(mask.values[k] == element);
+    for (std::int32_t k = 0; k < kBatch; ++k) {
+      hits |= static_cast<unsigned>(mask.values[i + k] == element);
     }
-    for (Offset k = i; hits != 0 && k < limit; ++k) {
-      const std::int32_t key = mask.keys[k];
-      if (mask.values[k] == element && mask.map(key) == element) visit(key);
-    }
+    if (hits != 0) visit_between(i, i + kBatch);
   }
+  visit_between(whole, mask.count);
 }
 
 }  // namespace quill

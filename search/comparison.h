@@ -32,10 +32,16 @@ template <class AnyMask>
 Comparison compare_characters(const Byte* text, Offset position, Offset end,
                               const CharPattern& pattern, AnyMask& mask) {
   for (Offset i = 0; i < pattern.count; ++i) {
-    const Character read = read_next(text, position, end);
-    position = read.next;
-    if (!read.found) return {position, false};
-    if (pattern.is_fixed(i) && mask.map(read.packed) != pattern.elements[i]) {
+    std::int32_t packed = 0;
+    if (position < end && text != nullptr && text[position] < 0x80) {
+      packed = text[position++];
+    } else {
+      const Character read = read_next(text, position, end);
+      position = read.next;
+      if (!read.found) return {position, false};
+      packed = read.packed;
+    }
+    if (pattern.is_fixed(i) && mask.map(packed) != pattern.elements[i]) {
       return {position, false};
     }
   }

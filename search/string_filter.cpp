@@ -7,12 +7,22 @@ namespace {
 
 // What is reckoned with, in nanoseconds: looking at a candidate, and proving
 // a byte in order.
-constexpr double kCandidateCost = 15;
-constexpr double kProofCost = 0.06;
+constexpr double kCandidateCost = 60;
+constexpr double kProofCost = 0.08;
+
+// So many candidates in a row, each so close to the one before, are thick.
+constexpr Offset kThick = 96;
+constexpr int kManyThick = 4;
 
 // The elements that anchors can depend on.
 constexpr std::int32_t kMostElements = 24;
 constexpr std::size_t kMostPivots = 3;
+
+// Bytes of one character come together more often than their shares say.
+AnchorPlan judged(AnchorPlan plan, const ByteShares& shares) {
+  if (!plan.impossible) plan.share = shares.of(plan);
+  return plan;
+}
 
 // The spreads of a pattern in text in order: from its start, and from the
 // elements that follow open ones, since those blur what lies behind them.
@@ -30,9 +40,9 @@ class PivotSpreads {
   }
 
   AnchorPlan best(const ByteShares& shares) const {
-    AnchorPlan best = spreads_[0].plan(shares);
+    AnchorPlan best = judged(spreads_[0].plan(shares), shares);
     for (std::size_t i = 1; i < count_ && !best.impossible; ++i) {
-      const AnchorPlan other = spreads_[i].plan(shares);
+      const AnchorPlan other = judged(spreads_[i].plan(shares), shares);
       if (other.impossible || other.share < best.share / 2) best = other;
     }
     return best;
@@ -66,11 +76,12 @@ void StringFilter::prepare(const Byte* text, Offset start, Offset end,
     pivots.add(i, shapes);
   }
   const ByteShares shares(text, start, end);
-  anywhere_ = anywhere.plan(shares);
+  anywhere_ = judged(anywhere.plan(shares), shares);
   ascii_ = ascii.plan(shares);
   in_order_ = pivots.best(shares);
   uses_order_ = anywhere_.share * kCandidateCost >
                 in_order_.share * kCandidateCost + kProofCost;
+  may_use_order_ = in_order_.share < anywhere_.share / 2;
 }
 
 // How far behind a candidate's start order must be proved. The elements before
@@ -99,29 +110,43 @@ bool StringFilter::open_in_order(Offset from) {
   const Offset reached = walk.next - text_;
   const Offset limit = reached == end_ ? end_ : reached - order_reach();
   if (limit < end_ && limit - from < kShortest / 2) return false;
-  segment_ = {start, limit, &in_order_};
+  segment_ = {from, limit, &in_order_};
   return true;
 }
 
 // Text that isn't ASCII is taken in longer and longer segments, so that a
 // stray letter does not cost much, nor a text full of them.
 void StringFilter::open(Offset from) {
+  marks_.clear();
   if (open_ascii(from)) {
     stride_ = kShortest;
     return;
   }
   stride_ = std::min(stride_ * 2, kLongest);
   if (uses_order_ && open_in_order(from)) return;
+  open_anywhere(from);
+}
+
+// A sample may mislead: once candidates have cost more than proving order would
+// have, order is proved.
+void StringFilter::open_anywhere(Offset from) {
+  constexpr double kPatience = 20'000;
   segment_ = {from, std::min(from + stride_, end_), &anywhere_};
+  const double proofs = static_cast<double>(segment_.end - from) * kProofCost;
+  unproved_cost_ = std::max(unproved_cost_ - proofs, 0.0);
+  if (may_use_order_ && unproved_cost_ > kPatience) uses_order_ = true;
 }
 
 Offset StringFilter::next(Offset from, Offset limit) {
   while (from < limit) {
-    if (from >= segment_.end) open(from);
+    if (from < segment_.start || from >= segment_.end) open(from);
     const Offset stop = std::min(limit, segment_.end);
     const Offset found = segment_.plan->pivot == 0 ? next_anchored(from, stop)
                                                    : next_by_pivot(from, stop);
-    if (found < stop) return found;
+    if (found < stop) {
+      if (segment_.plan == &anywhere_) unproved_cost_ += kCandidateCost;
+      return found;
+    }
     from = stop;
   }
   return limit;
@@ -129,15 +154,34 @@ Offset StringFilter::next(Offset from, Offset limit) {
 
 // Candidates whose last anchor would lie beyond the end are none: every match
 // has a byte there.
-Offset StringFilter::next_anchored(Offset from, Offset limit) const {
+Offset StringFilter::next_anchored(Offset from, Offset limit) {
   const AnchorPlan& plan = *segment_.plan;
   if (plan.impossible) return limit;
   if (plan.anchor_count == 0) return from;
   const Offset last = std::min(limit, end_ - plan.reach + 1);
-  if (last <= from) return limit;
-  const Offset found =
-      find_anchored(text_ + from, text_ + last, plan.used()) - text_;
-  return found == last ? limit : found;
+  while (from < last) {
+    if (marks_.covers(from)) {
+      const Offset marked = std::min(last, marks_.end());
+      const Offset found = marks_.next(from, marked);
+      if (found < marked) return found;
+      from = marked;
+      continue;
+    }
+    const Offset found =
+        find_anchored(text_ + from, text_ + last, plan.used()) - text_;
+    if (found == last) break;
+    thick_ = found - from < kThick ? thick_ + 1 : 0;
+    if (thick_ >= kManyThick) mark_from(found, end_ - plan.reach + 1);
+    return found;
+  }
+  return limit;
+}
+
+// Marks hold for the segment's plan, and end with it.
+void StringFilter::mark_from(Offset from, Offset last) {
+  const Offset end = std::min({from + marks_.kRoom, segment_.end, last});
+  mark_anchored(text_ + from, text_ + end, segment_.plan->used(),
+                marks_.open(from, end));
 }
 
 // The start of the character as many characters before `position` as the pivot

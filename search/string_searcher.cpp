@@ -7,7 +7,7 @@ namespace {
 
 // A range below the first is searched without a filter; in a longer one so
 // much goes by before the filter is prepared.
-constexpr Offset kWorthFilter = 12'000;
+constexpr Offset kWorthFilter = 32'000;
 constexpr Offset kPatience = 2'000;
 
 }  // namespace
@@ -21,18 +21,33 @@ StringSearcher::StringSearcher(const StringQuery& query)
                       query.pattern.is_fixed(0)),
       patience_(query.end - query.start < kWorthFilter ? kMaxLong : kPatience) {
   if (query.is_valid_from(query.start) && query.pattern.is_fixed(0)) {
-    look_for_first();
+    note_first_leads();
   }
 }
 
 // The bytes that a character can begin with which maps to the first element.
-void StringSearcher::look_for_first() {
-  ByteSet bytes;
-  visit_sources(
-      query_.pattern.elements[0], query_.mask,
-      [&bytes](std::int32_t character) { bytes.add(byte_of(character, 0)); });
-  first_ = Anchor(bytes, 0);
-  has_first_ = true;
+void StringSearcher::note_first_leads() {
+  knows_first_ = true;
+  visit_sources(query_.pattern.elements[0], query_.mask,
+                [this](std::int32_t character) {
+                  first_leads_.add(byte_of(character, 0));
+                });
+}
+
+// Marked by windows, since in a short text one call more counts.
+Offset StringSearcher::next_first_lead(Offset from, Offset limit) {
+  while (from < limit) {
+    if (!marks_.covers(from)) {
+      const Offset end = std::min(from + marks_.kRoom, query_.end);
+      mark_members(query_.text + from, query_.text + end, first_leads_,
+                   marks_.open(from, end));
+    }
+    const Offset stop = std::min(limit, marks_.end());
+    const Offset found = marks_.next(from, stop);
+    if (found < stop) return found;
+    from = stop;
+  }
+  return limit;
 }
 
 bool StringSearcher::matches_at(Offset position, Match& match) {
@@ -52,28 +67,25 @@ bool StringSearcher::is_word(const Match& match) {
 
 // Prepares the filter once patience has run out.
 bool StringSearcher::filters_now() {
-  if (filters_ || patience_ > 0) return filters_;
-  filter_.prepare(query_.text, query_.start, query_.end, query_.pattern,
-                  query_.mask);
-  filters_ = true;
+  if (filter_ || patience_ > 0) return filter_.has_value();
+  filter_.emplace().prepare(query_.text, query_.start, query_.end,
+                            query_.pattern, query_.mask);
   return true;
 }
 
 Offset StringSearcher::next_candidate(Offset from, Offset limit) {
   while (!filters_now()) {
-    if (!has_first_) {
+    if (!knows_first_) {
       --patience_;
       return from;
     }
     const Offset stop = std::min(limit, from + patience_);
-    const Byte* const text = query_.text;
-    const Offset found =
-        find_anchored(text + from, text + stop, {&first_, 1}) - text;
+    const Offset found = next_first_lead(from, stop);
     patience_ -= found - from;
     if (found < stop || stop == limit) return found;
     from = stop;
   }
-  return filter_.next(from, limit);
+  return filter_->next(from, limit);
 }
 
 bool StringSearcher::next_match(Offset from, Offset limit, Match& match) {
@@ -88,20 +100,20 @@ bool StringSearcher::next_match(Offset from, Offset limit, Match& match) {
 
 Offset StringSearcher::previous_candidate(Offset from, Offset limit) {
   while (!filters_now()) {
-    if (!has_first_) {
+    if (!knows_first_) {
       --patience_;
       return limit - 1;
     }
     const Offset stop = std::max(from, limit - patience_);
     const Byte* const text = query_.text;
     const Offset found =
-        find_anchored_backward(text + stop, text + limit, {&first_, 1}) - text;
+        find_member_backward(text + stop, text + limit, first_leads_) - text;
     patience_ -= limit - stop;
     if (found < limit) return found;
     if (stop == from) return from - 1;
     limit = stop;
   }
-  return filter_.previous(from, limit);
+  return filter_->previous(from, limit);
 }
 
 // A comparison from a continuation byte reads what one from the next lead byte

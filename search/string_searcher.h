@@ -6,9 +6,12 @@
 // around it.
 #pragma once
 
+#include <optional>
+
 #include "blocks/base.h"
 #include "search/break_chars.h"
 #include "search/comparison.h"
+#include "search/marks.h"
 #include "search/string_filter.h"
 #include "utf8/mask.h"
 #include "utf8/mask_table.h"
@@ -45,7 +48,6 @@ class StringSearcher {
 
   // The first match that begins at a character start in [from, limit), in a
   // valid query. It may reach past `limit`, up to the end of the range.
-  // `from` is never lower than in the call before.
   bool next_match(Offset from, Offset limit, Match& match);
 
   // The last match that begins in [from, limit), continuation bytes included;
@@ -63,7 +65,8 @@ class StringSearcher {
   bool is_word(const Match& match);
   Offset next_candidate(Offset from, Offset limit);
   Offset previous_candidate(Offset from, Offset limit);
-  void look_for_first();
+  void note_first_leads();
+  Offset next_first_lead(Offset from, Offset limit);
   bool filters_now();
 
   const StringQuery query_;
@@ -71,13 +74,13 @@ class StringSearcher {
   IndexedBreaks breaks_;
   bool has_first_byte_;
 
-  // Short searches look for what the first character can begin with. Once
-  // that has gone on for a while, preparing the filter pays.
-  bool has_first_ = false;
-  Anchor first_;
-  bool filters_ = false;
+  // Short searches try the bytes that the first character can begin with. Once
+  // that has gone on for a while, a filter pays.
+  bool knows_first_ = false;
+  ByteSet first_leads_;
+  Marks<4> marks_;
   Offset patience_;
-  StringFilter filter_;
+  std::optional<StringFilter> filter_;
 };
 
 }  // namespace quill

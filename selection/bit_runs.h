@@ -6,10 +6,13 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
+#include <span>
 
 #include "blocks/base.h"
+#include "selection/selection_list.h"
 
 namespace quill {
 
@@ -27,31 +30,64 @@ inline void set_in_word(Byte* bits, Offset word, std::uint64_t value) {
   std::memcpy(bits + word * 8, &value, sizeof value);
 }
 
-// Sets the bits from `first` to `last`, both included, in a set of which
-// `byte_count` bytes may be touched. `last` lies in one of them.
-inline void set_run(Byte* bits, Offset byte_count, Offset first, Offset last) {
-  const Offset last_word = last >> 6;
-  if ((last_word + 1) * 8 > byte_count) {
-    // The last bytes are less than a word.
-    const Offset in_tail = last_word * 64;
-    if (first < in_tail) set_run(bits, byte_count, first, in_tail - 1);
-    for (Offset bit = std::max(first, in_tail); bit <= last; ++bit) {
-      Byte& byte = bits[bit >> 3];
-      byte = static_cast<Byte>(byte | 1u << (bit & 7));
-    }
-    return;
-  }
-  const Offset first_word = first >> 6;
+// Sets the bits from `first` to `last`, both included.
+//
+// Whether a short run lies in one word or two can't be foreseen: both words are
+// written, without a branch, and may be the same one.
+inline void set_run_in_words(Byte* bits, std::uint32_t first,
+                             std::uint32_t last) {
+  const std::uint32_t first_word = first >> 6;
+  const std::uint32_t last_word = last >> 6;
   const std::uint64_t from_first = ~std::uint64_t{0} << (first & 63);
-  const std::uint64_t to_last = ~std::uint64_t{0} >> (63 - (last & 63));
-  // Whether a short run lies in one word or two can't be foreseen: both words
-  // are written, without a branch, and may be the same one.
+  const std::uint64_t to_last = ~std::uint64_t{0} >> (~last & 63);
   const std::uint64_t other = std::uint64_t{first_word == last_word} - 1;
   set_in_word(bits, first_word, from_first & (to_last | other));
   set_in_word(bits, last_word, to_last & (from_first | other));
-  if (last_word - first_word > 1) {
-    std::memset(bits + (first_word + 1) * 8, 0xFF,
-                static_cast<std::size_t>(last_word - first_word - 1) * 8);
+  if (last_word - first_word > 1) [[unlikely]] {
+    std::memset(bits + (first_word + Offset{1}) * 8, 0xFF,
+                std::size_t{last_word - first_word - 1} * 8);
+  }
+}
+
+// The same where `last` may lie among the last bytes, less than a word, of the
+// `byte_count` that may be touched.
+inline void set_run(Byte* bits, Offset byte_count, std::uint32_t first,
+                    std::uint32_t last) {
+  const auto whole = static_cast<std::uint32_t>(byte_count / 8 * 64);
+  if (first < whole) set_run_in_words(bits, first, std::min(last, whole - 1));
+  for (std::uint32_t bit = std::max(first, whole); bit <= last; ++bit) {
+    Byte& byte = bits[bit >> 3];
+    byte = static_cast<Byte>(byte | 1u << (bit & 7));
+  }
+}
+
+// Sets the bits start + 1 to end of each selection, cut to the text. The set
+// has those bits in its first `byte_count` bytes.
+inline void set_selections(Byte* bits, Offset byte_count,
+                           std::span<const Selection> selections,
+                           std::int32_t text_length) {
+  const Offset in_words =
+      std::min<Offset>(text_length, byte_count / 8 * 64 - 1);
+  // In a list that is out of order the words to come are fetched early.
+  constexpr std::size_t kAhead = 24;
+  for (std::size_t i = 0; i < selections.size(); ++i) {
+    if (i + kAhead < selections.size()) {
+      __builtin_prefetch(bits + (selections[i + kAhead].start >> 3), 1);
+    }
+    const auto [start, end] = selections[i];
+    const auto first = static_cast<std::uint32_t>(start) + 1;
+    const auto last = static_cast<std::uint32_t>(end);
+    // Negative offsets are beyond every text here.
+    if (first - 1 < last && last <= in_words) [[likely]] {
+      set_run_in_words(bits, first, last);
+      continue;
+    }
+    const std::int32_t from = std::max(start, 0);
+    const std::int32_t to = std::min(end, text_length);
+    if (from < to) {
+      set_run(bits, byte_count, static_cast<std::uint32_t>(from) + 1,
+              static_cast<std::uint32_t>(to));
+    }
   }
 }
 
@@ -66,26 +102,54 @@ inline std::uint64_t load_bits(const Byte* bits, Offset base,
   return word & ((std::uint64_t{1} << left) - 1);
 }
 
-// Calls `take(first, past)` for every run of set bits among the first
-// `bit_count`, ascending; `past` is the bit after the run's last one. Ends
-// early when `take` answers false.
+// Lists where the bits change: `out` gets, for each set bit of `edges`, `base`
+// plus its number. Returns the place behind the last one, which is written to
+// as well: bits are taken in pairs, since how many there are can't be foreseen.
+inline std::int32_t* list_edges(std::uint64_t edges, std::int32_t base,
+                                std::int32_t* out) {
+  constexpr std::uint64_t kLastBit = std::uint64_t{1} << 63;
+  const auto put = [base, &out](int place, std::uint64_t rest) {
+    const auto bit = static_cast<std::uint32_t>(std::countr_zero(rest));
+    out[place] =
+        static_cast<std::int32_t>(static_cast<std::uint32_t>(base) + bit);
+  };
+  while (edges != 0) {
+    put(0, edges);
+    edges &= edges - 1;
+    put(1, edges | kLastBit);
+    out += edges != 0 ? 2 : 1;
+    edges &= edges - 1;
+  }
+  return out;
+}
+
+// Finds the runs of set bits among the first `bit_count` and hands them on as
+// the longs of selections, the bit before the run and its last bit, ascending,
+// many at a time: `take(span)`, which answers false to end it.
 template <class Take>
-void for_each_run(const Byte* bits, Offset bit_count, Take take) {
+void take_runs(const Byte* bits, Offset bit_count, Take take) {
+  constexpr std::ptrdiff_t kMostAtOnce = 65;  // longs that a word writes
+  std::array<std::int32_t, 1024> longs;       // undefined before `next`
+  std::int32_t* const full = longs.data() + longs.size() - kMostAtOnce - 1;
+  std::int32_t* next = longs.data();
+  const auto hand_on = [&] {
+    const auto count = static_cast<std::size_t>(next - longs.data());
+    const std::size_t whole = count & ~std::size_t{1};
+    const bool go_on = take(std::span<const std::int32_t>(longs.data(), whole));
+    longs[0] = longs[whole];  // a run that has only begun stays
+    next = longs.data() + (count - whole);
+    return go_on;
+  };
   std::uint64_t before = 0;  // the last bit of the word before
-  Offset first = 0;
-  bool inside = false;
   for (Offset base = 0; base < bit_count; base += 64) {
     const std::uint64_t word = load_bits(bits, base, bit_count);
-    std::uint64_t edges = word ^ (word << 1 | before);
+    next = list_edges(word ^ (word << 1 | before), to_long(base - 1), next);
     before = word >> 63;
-    for (; edges != 0; edges &= edges - 1) {
-      const Offset edge = base + std::countr_zero(edges);
-      if (inside && !take(first, edge)) return;
-      first = edge;
-      inside = !inside;
-    }
+    if (next > full && !hand_on()) return;
   }
-  if (inside) take(first, bit_count);
+  // The last bit of all, when the last word is full.
+  if ((next - longs.data()) % 2 != 0) *next++ = to_long(bit_count - 1);
+  hand_on();
 }
 
 }  // namespace quill

@@ -3,8 +3,6 @@
 //
 // Bit n stands for the byte at offset n - 1, and bit 0 for none: a selection
 // (start, end) is the run of the bits start + 1 to end.
-#include <algorithm>
-
 #include "blocks/block_lock.h"
 #include "blocks/long_list.h"
 #include "quillcore.h"
@@ -19,22 +17,13 @@ namespace {
 Offset bits_in_map(Offset text_length) { return text_length + 2; }
 Offset bytes_in_map(Offset text_length) { return (text_length + 9) / 8; }
 
-void add_to_map(Byte* map, Offset text_length,
-                std::span<const Selection> selections) {
-  const Offset byte_count = bytes_in_map(text_length);
-  for (const Selection& selection : selections) {
-    const Offset start = std::max<Offset>(selection.start, 0);
-    const Offset end = std::min<Offset>(selection.end, text_length);
-    if (start < end) set_run(map, byte_count, start + 1, end);
-  }
-}
-
 // Appends the map's runs. False when not even the first full-sized Block could
 // be had; later, runs that no longer fit are left out.
 bool list_runs(const Byte* map, Offset text_length, LongList& list) {
-  for_each_run(map, bits_in_map(text_length), [&](Offset first, Offset past) {
-    return list.append(first - 1, past - 1) || !list.failed_to_start();
-  });
+  take_runs(map, bits_in_map(text_length),
+            [&](std::span<const std::int32_t> runs) {
+              return list.append_pairs(runs) || !list.failed_to_start();
+            });
   return !list.failed_to_start();
 }
 
@@ -44,8 +33,8 @@ std::int32_t SelectionToMap(char* map, std::int32_t text_length,
                             QuillBlock list) {
   if (list == nullptr || text_length < 1) return 1;
   const BlockLock lock(list);
-  add_to_map(reinterpret_cast<Byte*>(map), text_length,
-             selections_of(lock.longs()));
+  set_selections(reinterpret_cast<Byte*>(map), bytes_in_map(text_length),
+                 selections_of(lock.longs()), text_length);
   return 1;
 }
 

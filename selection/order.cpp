@@ -66,19 +66,19 @@ std::size_t merge_ascending(Selections list) {
   return static_cast<std::size_t>(last - list.data()) + 1;
 }
 
-std::size_t merge_by_map(Selections list, std::span<Byte> map) {
+std::size_t merge_by_map(Selections list, std::int32_t text_length,
+                         std::span<Byte> map) {
   std::fill(map.begin(), map.end(), Byte{0});
-  const auto byte_count = std::ssize(map);
-  for (const Selection& selection : list) {
-    set_run(map.data(), byte_count, selection.start + Offset{1}, selection.end);
-  }
+  set_selections(map.data(), std::ssize(map), list, text_length);
   // Runs are no more than the selections that made them.
-  Selection* next = list.data();
-  for_each_run(map.data(), byte_count * 8, [&](Offset first, Offset past) {
-    *next++ = {to_long(first - 1), to_long(past - 1)};
-    return true;
-  });
-  return static_cast<std::size_t>(next - list.data());
+  auto* const longs = reinterpret_cast<std::int32_t*>(list.data());
+  auto* next = longs;
+  take_runs(map.data(), std::ssize(map) * 8,
+            [&](std::span<const std::int32_t> runs) {
+              next = std::copy(runs.begin(), runs.end(), next);
+              return true;
+            });
+  return static_cast<std::size_t>(next - longs) / 2;
 }
 
 std::size_t merge_by_sort(Selections list) {
@@ -107,7 +107,7 @@ std::size_t put_in_order(Selections list, std::int32_t text_length,
   if (sorting_is_cheaper(list.size(), map.size(), survey.covered_words)) {
     return merge_by_sort(list);
   }
-  return merge_by_map(list, map);
+  return merge_by_map(list, text_length, map);
 }
 
 }  // namespace

@@ -1,11 +1,23 @@
 // Sorting selections, and key records, by the text that they cover.
+//
+// The order is that of the heap sort, down to the places of equal elements.
+// It runs where the list lies when there are few elements, when a character
+// can't be read, when memory is short; else on ranks, to the same result.
+#include <algorithm>
+#include <span>
+
+#include "blocks/scratch.h"
 #include "quillcore.h"
 #include "selection/compare.h"
 #include "selection/heap_sort.h"
+#include "selection/rank_sort.h"
 
 using namespace quill;
 
 namespace {
+
+// Fewer are sorted in place before memory is had for them.
+constexpr std::size_t kFewestRanked = 24;
 
 const Selection& sorted_by(const Selection& selection) { return selection; }
 const Selection& sorted_by(const KeyRecord& record) { return record.key; }
@@ -27,11 +39,52 @@ struct ListElements {
 };
 
 template <class Element>
+void sort_in_place(std::span<Element> list, const Byte* text,
+                   const Mask& mask) {
+  ListElements<Element> elements{list.data(), text, mask};
+  heap_sort(elements, list.size());
+}
+
+// False when a selection lies outside every text.
+template <class Element>
+bool list_texts(std::span<const Element> list, RankedText* items) {
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    const Selection& text = sorted_by(list[i]);
+    if (text.start < 0 || text.end < text.start) return false;
+    items[i] = {0, static_cast<std::uint32_t>(text.start),
+                static_cast<std::uint32_t>(text.length()),
+                static_cast<std::uint32_t>(i)};
+  }
+  return true;
+}
+
+// False, and nothing changed, when memory is short or the texts are not fit
+// for it.
+template <class Element>
+bool sort_by_ranks(std::span<Element> list, const Byte* text,
+                   const Mask& mask) {
+  const auto count = std::ssize(list);
+  const Scratch<RankedText> items(count);
+  const Scratch<Element> sorted(count);
+  if (text == nullptr || items.refused() || sorted.refused()) return false;
+  if (!list_texts<Element>(list, items.data())) return false;
+  if (!order_by_ranks(text, items.span(), mask)) return false;
+  Element* next = sorted.data();
+  for (const RankedText& item : items.span()) *next++ = list[item.index];
+  std::copy_n(sorted.data(), count, list.data());
+  return true;
+}
+
+template <class Element>
 void sort_list(const char* text, std::int32_t* longs, std::uint32_t byte_count,
                const Mask& mask) {
-  ListElements<Element> elements{reinterpret_cast<Element*>(longs),
-                                 as_bytes(text), mask};
-  heap_sort(elements, byte_count / sizeof(Element));
+  const std::span<Element> list(reinterpret_cast<Element*>(longs),
+                                byte_count / sizeof(Element));
+  if (list.size() >= kFewestRanked &&
+      sort_by_ranks(list, as_bytes(text), mask)) {
+    return;
+  }
+  sort_in_place(list, as_bytes(text), mask);
 }
 
 }  // namespace

@@ -247,6 +247,26 @@ struct MaskCall {
   }
 };
 
+// A long text, mostly ASCII, and a mask of ASCII ranges moved by a constant.
+void use_ranges(Random& random, model::Masking& of) {
+  while (of.text.size() < 5000) {
+    of.text += random_text(random, random.between(0, 20));
+    of.text += std::string(static_cast<std::size_t>(random.between(0, 150)),
+                           static_cast<char>(random.between(0, 127)));
+  }
+  of.keys.clear();
+  of.values.clear();
+  const std::int32_t ranges = random.between(1, 5);
+  for (std::int32_t r = 0; r < ranges; ++r) {
+    const std::int32_t first = r * 25 + random.between(0, 12);
+    const std::int32_t change = random.between(-first, 160);
+    for (std::int32_t key = first; key < first + 12; ++key) {
+      of.keys.push_back(key);
+      of.values.push_back(key + change);
+    }
+  }
+}
+
 MaskCall random_call(Random& random) {
   MaskCall call;
   call.of.text = random.one_in(3) ? random_bytes(random, random.between(0, 50))
@@ -254,6 +274,7 @@ MaskCall random_call(Random& random) {
   const RandomMask mask(random, random.between(0, 30), true);
   call.of.keys = mask.keys;
   call.of.values = mask.values;
+  if (random.one_in(40)) use_ranges(random, call.of);
   call.of.reference = 42;
   call.whole_text = random.one_in(2);
   const auto size = static_cast<std::int32_t>(call.of.text.size());

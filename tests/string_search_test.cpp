@@ -14,6 +14,7 @@
 #include "tests/support/heap_watch.h"
 #include "tests/support/random_text.h"
 #include "tests/support/yield_recorder.h"
+#include "utf8/characters.h"
 
 namespace quill::test {
 namespace {
@@ -538,34 +539,41 @@ TEST(StringSearch, AgreesWithTheModelOnLongTexts) {
 }
 
 // Runs of ASCII, of text in order and of malformed text, each long enough to be
-// searched in its own way.
-std::string patchwork(Random& random, int runs) {
+// searched in its own way, with `joint` between them.
+std::string patchwork(Random& random, int runs, const std::string& joint) {
   std::string text;
   for (int i = 0; i < runs; ++i) {
     const int length = random.between(1, 700);
-    switch (random.between(0, 3)) {
-      case 0:
-        for (int k = 0; k < length; ++k)
-          text += random.pick(alphabet())[0] & 127;
-        break;
-      case 1:
-        for (int k = 0; k < length; ++k) text += "ab A\n"[random.between(0, 4)];
-        break;
-      case 2:
-        text += random_text(random, length);
-        break;
-      default:
-        text += random_bytes(random, length);
+    const int kind = random.between(0, 2);
+    if (kind == 1) text += random_text(random, length);
+    if (kind == 2) text += random_bytes(random, length);
+    for (int k = 0; kind == 0 && k < length; ++k) {
+      text += "ab A\n"[random.between(0, 4)];
     }
+    text += joint;
   }
   return text;
+}
+
+// A patchwork in which the pattern itself lies across the runs' borders.
+std::string patchwork_for(Random& random, int runs, const Search& search) {
+  std::string joint;
+  for (const std::int32_t element : search.pattern) {
+    const bool is_open = search.flags && random.one_in(2);
+    char bytes[4];
+    joint += is_open
+                 ? random.pick(alphabet())
+                 : std::string(
+                       bytes, static_cast<std::size_t>(unpack(element, bytes)));
+  }
+  return patchwork(random, runs, joint);
 }
 
 TEST(StringFilter, NeverMissesAMatch) {
   Random random(25);
   for (int round = 0; round < 2500; ++round) {
     Search search = draw(random, 1);
-    search.text = patchwork(random, random.between(1, 6));
+    search.text = patchwork_for(random, random.between(1, 6), search);
     search.start = random.between(0, 3);
     search.end = -1;
     const GuardedText text(search.text);
@@ -603,7 +611,7 @@ TEST(StringSearch, AgreesWithTheModelOnPatchworks) {
   Random random(26);
   for (int round = 0; round < 40; ++round) {
     Search search = draw(random, 1);
-    search.text = patchwork(random, 60);
+    search.text = patchwork_for(random, 120, search);
     search.start = 0;
     search.end = -1;
     check(search, random.between(0, 9), {10000, 0});

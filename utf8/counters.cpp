@@ -76,8 +76,8 @@ bool is_countable(const char* text, std::int32_t start, std::int32_t end) {
 
 Stepped step_characters(const Byte* text, Offset start, Offset end,
                         Offset most) {
-  Stepped steps{start, 0, false};
-  if (text == nullptr && start < end && most > 0) return {end, 0, true};
+  Stepped steps{start, 0, false, false};
+  if (text == nullptr && start < end && most > 0) return {end, 0, true, false};
   Patience patience;
   while (steps.characters < most && steps.offset < end) {
     const Walk walk = walk_characters(text + steps.offset, text + end,
@@ -89,12 +89,12 @@ Stepped step_characters(const Byte* text, Offset start, Offset end,
         std::min(steps.characters + patience.after(walked), most);
     while (steps.characters < singly && steps.offset < end) {
       const Character read = read_containing(text, steps.offset, end);
-      if (!read.found) return {end, steps.characters, true};
+      if (!read.found) return {end, steps.characters, true, false};
       ++steps.characters;
       // A character that ends at or before the offset which it was read from
       // has only continuation bytes behind it up to there. Read from its end,
       // it is found again: no further step moves.
-      if (read.next <= steps.offset) return {read.next, most, false};
+      if (read.next <= steps.offset) return {read.next, most, false, true};
       steps.offset = read.next;
     }
   }

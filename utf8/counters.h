@@ -9,6 +9,7 @@ struct Stepped {
   Offset offset;      // reached; `end` when a character could not be read
   Offset characters;  // stepped over
   bool failed;        // no character could be read where the steps had come to
+  bool stuck;         // the last step did not move, nor would any after it
 };
 
 // Takes up to `most` steps from `start`, each to the end of the character that

@@ -5,12 +5,14 @@
 // final size can be seen, so it grows for all that is still to come, not in
 // small steps.
 #include <algorithm>
+#include <cstring>
 
 #include "blocks/active_block.h"
 #include "blocks/block_lock.h"
 #include "blocks/yield_meter.h"
 #include "quillcore.h"
 #include "selection/selection_list.h"
+#include "utf8/ascii_map.h"
 #include "utf8/characters.h"
 #include "utf8/mask_table.h"
 
@@ -20,11 +22,23 @@ namespace {
 
 constexpr Offset kLongestCharacter = 4;
 
+// Bytes of text that pay for preparing more than the mask's ASCII table.
+constexpr Offset kLongText = 4096;
+
 class MaskedText {
  public:
   MaskedText(const Byte* source, Offset size, const Mask& mask,
              ActiveBlock& output)
-      : output_(output), mask_(mask, size), source_(source), size_(size) {}
+      : output_(output),
+        mask_(mask, size),
+        ascii_(mask_.ascii()),
+        source_(source),
+        size_(size) {
+    if (size >= kLongText) {
+      ascii_.find_ranges();
+      mask_.prepare_longer();
+    }
+  }
 
   // How far the source has been dealt with.
   Offset position() const { return position_; }
@@ -36,7 +50,7 @@ class MaskedText {
   [[nodiscard]] bool mask_until(Offset end, YieldMeter& meter, Wanted wanted,
                                 Progress progress) {
     while (position_ < end && wanted()) {
-      meter.skip(mask_ascii(std::min(end - position_, meter.units_left() - 1)));
+      meter.skip(mask_in_place(end, meter.units_left() - 1));
       if (position_ == end) break;
       const Character read = read_next(source_, position_, end);
       if (!read.found || !write(mask_.map(read.packed), read.length())) {
@@ -59,23 +73,55 @@ class MaskedText {
   }
 
  private:
-  // Masks ASCII characters as long as each of them gives one byte. Returns
-  // their number, at most `most`.
-  Offset mask_ascii(Offset most) {
-    const std::int32_t* map = mask_.ascii();
-    if (map == nullptr) return 0;
-    most = std::min(most, output_.room());
+  // Masks characters as long as each keeps its length, whatever it maps to:
+  // input and output then advance alike. Returns their number, at most `most`.
+  Offset mask_in_place(Offset end, Offset most) {
     const Byte* from = source_ + position_;
     char* to = output_.write_position();
-    Offset done = 0;
-    while (done < most && from[done] < 0x80) {
-      const std::int32_t mapped = map[from[done]];
-      if ((mapped & ~0xFF) != 0) break;
-      to[done++] = static_cast<char>(mapped);
+    const Offset limit = std::min(end - position_, output_.room());
+    Offset at = 0;
+    Offset characters = 0;
+    while (characters < most && at < limit) {
+      if (from[at] < 0x80) {
+        const Offset run = ascii_.map(from + at, to + at,
+                                      std::min(limit - at, most - characters));
+        if (run == 0) break;
+        at += run;
+        characters += run;
+        continue;
+      }
+      const Offset length = mask_longer(from + at, to + at, limit - at);
+      if (length == 0) break;
+      at += length;
+      ++characters;
     }
-    output_.advance(done);
-    position_ += done;
-    return done;
+    output_.advance(at);
+    position_ += at;
+    return characters;
+  }
+
+  // Masks the character of two or more bytes at `from` if it is well-formed
+  // and keeps its length, which is returned; else 0.
+  Offset mask_longer(const Byte* from, char* to, Offset room) const {
+    const Byte lead = from[0];
+    const Offset length = length_from_lead(lead);
+    if (!mask_.has_longer() || length == 1 || length > room) return 0;
+    if (length == 2) {
+      const std::int32_t mapped = mask_.map_two_bytes(lead, from[1]);
+      const auto bits = static_cast<std::uint32_t>(mapped);
+      // Two bytes are written for values from 0x100 to 0xFFFF.
+      if (!is_continuation(from[1]) || bits - 0x100 > 0xFEFF) return 0;
+      to[0] = static_cast<char>(bits);
+      to[1] = static_cast<char>(bits >> 8);
+      return 2;
+    }
+    for (Offset i = 1; i < length; ++i) {
+      if (!is_continuation(from[i])) return 0;
+    }
+    if (!mask_.begins_no_key(lead, from[1])) return 0;
+    std::memcpy(to, from, 3);
+    to[length - 1] = static_cast<char>(from[length - 1]);
+    return length;
   }
 
   // Writes a mapped character that stands for `source_length` bytes.
@@ -105,6 +151,7 @@ class MaskedText {
 
   ActiveBlock& output_;
   MaskTable mask_;
+  AsciiMap ascii_;
   const Byte* source_;
   Offset size_;  // where the part of the source to be rewritten ends
   Offset position_ = 0;

@@ -21,17 +21,17 @@ void store(Longs& list, std::int64_t position) {
 }
 
 // Steps over `count` characters; false when there are fewer, or when one can't
-// be read and `count` becomes 0.
+// be read or does not lead on and `count` becomes 0.
 bool count_to_offset(std::string_view text, std::int64_t& offset,
                      std::int64_t end, std::int32_t& count) {
   std::int32_t n = 0;
   while (n < count && offset < end) {
     const Read read = containing_character(text, offset, end);
-    offset = read.next;
-    if (!read.found) {
+    if (!read.found || read.next <= offset) {
       count = 0;
       return false;
     }
+    offset = read.next;
     ++n;
   }
   if (n == count) return true;
@@ -93,15 +93,11 @@ bool find_breaks(const Widening& of, WidenedSelection& selection,
 std::optional<Longs> breaks(const Breaking& of, test::YieldRecorder& host) {
   if (is_refused(of)) return std::nullopt;
   Longs list;
-  const auto room = static_cast<std::size_t>((of.end - of.start) / of.unit) * 2;
   test::NaiveMeter meter{host, of.reference};
   std::int64_t p = of.start;
   while (p < of.end && meter.go_on) {
-    const std::int64_t before = p;
     std::int32_t count = of.unit;
     if (count_to_offset(of.text, p, of.end, count)) {
-      // Without moving it would never end, and it may overfill its list.
-      if (p <= before || list.size() == room) return std::nullopt;
       store(list, p);
     } else if (count == 0) {
       return std::nullopt;

@@ -35,7 +35,7 @@ std::optional<std::string> replace_words(const WordTable& table,
                                          const Pattern& pattern,
                                          std::int32_t reference,
                                          test::YieldRecorder& host) {
-  if (from < 0 || std::cmp_greater(to, text.size())) return std::nullopt;
+  if (std::cmp_greater(to, text.size())) return std::nullopt;
   const All found =
       find_all(text.data(), from, to, pattern, nullptr, reference, host);
   std::string out;
