@@ -34,7 +34,10 @@ inline LongPlace find_long(const std::int32_t* array, std::int32_t count,
     low += (half + 1) & (0 - less);
     span = half - (less & ~span & 1);
   };
-  for (int steps = std::bit_width(span + 1) - 1; steps > 0; --steps) step(1);
+  for (auto steps = static_cast<int>(std::bit_width(span + 1)) - 1; steps > 0;
+       --steps) {
+    step(1);
+  }
   step(span != 0 ? 1 : 0);
   const std::int32_t at = array[low];
   return {static_cast<std::int32_t>(low) + (at < key ? 1 : 0), at == key};
