@@ -6,7 +6,9 @@
 // positions become a word with a bit a position, and the ends of a range are
 // covered by vectors that overlap, so that nothing outside it is read.
 //
-// Everything is local to the including file: two sets never share a function.
+// Everything is local to the including file: two sets never share a function,
+// so the definitions belong in this header.
+// NOLINTBEGIN(misc-definitions-in-headers)
 #pragma once
 
 #include <cstring>
@@ -592,3 +594,4 @@ constexpr ByteKernels vector_kernels(const char* name) {
 
 }  // namespace
 }  // namespace quill
+// NOLINTEND(misc-definitions-in-headers)

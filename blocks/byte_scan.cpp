@@ -50,8 +50,8 @@ std::span<const ByteKernels* const> available_kernels() {
   return find_available();
 }
 
-void force_kernels(const ByteKernels* forced) {
-  g_chosen.store(forced, std::memory_order_relaxed);
+void force_kernels(const ByteKernels* kernels) {
+  g_chosen.store(kernels, std::memory_order_relaxed);
 }
 
 Anchor::Anchor(Byte wanted, Offset from_position)

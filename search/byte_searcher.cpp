@@ -14,8 +14,11 @@ namespace {
 constexpr Offset kPlainRange = 16;
 constexpr Offset kShortRange = 512;
 
+// The shortest stretch of linear search.
+constexpr Offset kLeastStretch = 65'536;
+
 // Texts longer than this tell by a sample which bytes are rare in them.
-constexpr Offset kSampledText = 1024 * 1024;
+constexpr Offset kSampledText = 1'048'576;
 constexpr Offset kSampleStretches = 16;
 constexpr Offset kSampleStretch = 64;
 
@@ -180,7 +183,7 @@ const Byte* ByteSearcher::find_filtered(const Byte* first, const Byte* last) {
 // compare one needle's length anew.
 bool ByteSearcher::has_outworked(const Byte* first) {
   if (work_ <= kFreeWork + 4 * (first - work_start_)) return false;
-  stretch_ = std::max({Offset{64 * 1024}, 2 * length_, 2 * stretch_});
+  stretch_ = std::max({kLeastStretch, 2 * length_, 2 * stretch_});
   linear_until_ = first + stretch_;
   if (!linear_.has_value()) linear_.emplace(needle_, length_);
   work_ = 0;

@@ -124,7 +124,7 @@ TEST(Kernels, AgreeWithThePortableOnes) {
     const GuardedText pages(std::string(4096, '?'));
     Byte* const begin = reinterpret_cast<Byte*>(pages.data());
     for (int size = 0; size <= 340; ++size) {
-      for (int round = 0; round < 12; ++round) {
+      for (int round = 0; round < 8; ++round) {
         const Offset before = random.pick<int>({0, 0, 1, 9});
         const Offset after = random.pick<int>({0, 0, 2, 40});
         const bool at_end = random.one_in(2);
