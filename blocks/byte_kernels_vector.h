@@ -271,8 +271,12 @@ template <class Test>
     const std::uint64_t word = part_bits(first, count, test);
     return word == 0 ? last : first + lowest_bit(word);
   }
-  // Most positions that are found at all are near, and in a short range the
-  // vectors at its ends see all of it.
+  // Most positions that are found at all are near.
+  if (const std::uint64_t word = Isa::bits(test.lanes(first, LoadWide{}));
+      word != 0) {
+    return first + lowest_bit(word);
+  }
+  // In a short range the vectors at its ends see all of it.
   const Byte* const tail = last - kPair;
   const Byte* position = first;
   if (count > 2 * kPair) {

@@ -132,6 +132,8 @@ int digit_bits(std::size_t count, int width) {
   return std::min({wanted, kMostBits, width});
 }
 
+void sort_bucket(Longs longs);
+
 void spread(Longs longs, const Survey& found) {
   const std::uint32_t range = static_cast<std::uint32_t>(found.greatest) -
                               static_cast<std::uint32_t>(found.least);
@@ -153,19 +155,27 @@ void spread(Longs longs, const Survey& found) {
   settle(longs, digit, buckets, next, ends);
   std::uint32_t start = 0;
   for (std::size_t bucket = 0; bucket < buckets; ++bucket) {
-    sort_longs(longs.subspan(start, ends[bucket] - start));
+    sort_bucket(longs.subspan(start, ends[bucket] - start));
     start = ends[bucket];
   }
 }
 
-}  // namespace
-
-void sort_longs(std::span<std::int32_t> longs) {
+void sort_bucket(Longs longs) {
   if (longs.size() <= kFew) return sort_few(longs);
   const Survey found = survey(longs);
   if (found.ascending) return;
   if (found.descending) return std::reverse(longs.begin(), longs.end());
   spread(longs, found);
+}
+
+// A whole array this short is not worth counting anything in.
+constexpr std::size_t kShort = 256;
+
+}  // namespace
+
+void sort_longs(std::span<std::int32_t> longs) {
+  if (longs.size() <= kShort) return std::sort(longs.begin(), longs.end());
+  sort_bucket(longs);
 }
 
 }  // namespace quill

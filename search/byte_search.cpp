@@ -61,22 +61,20 @@ Offset list_matches(const TextRange& range, ByteSearcher& searcher,
 
 }  // namespace
 
-Offset scan_for_byte(const TextRange& range, Byte wanted, YieldMeter& meter) {
+Offset scan_on_for_byte(const TextRange& range, Offset reached, Byte wanted,
+                        YieldMeter& meter) {
   const Byte* const text = range.text;
-  Offset position = range.start;
-  while (position < range.end) {
-    const Offset stretch = meter.stretch_end(position, range.end);
-    const Offset found =
-        find_byte(text + position, text + stretch, wanted) - text;
-    if (found < stretch) return found;
-    meter.skip(stretch - position - 1);
-    meter.tick(stretch);
-    position = stretch;
-    if (!meter.go_on()) {
-      return position < range.end && text[position] == wanted ? position : -1;
-    }
+  for (Offset position = range.start;;) {
+    meter.skip(reached - position - 1);
+    meter.tick(reached);
+    position = reached;
+    if (position == range.end) return -1;
+    if (!meter.go_on()) return text[position] == wanted ? position : -1;
+    reached = meter.stretch_end(position, range.end);
+    const Byte* const last = text + reached;
+    const Byte* const found = find_byte(text + position, last, wanted);
+    if (found != last) return found - text;
   }
-  return -1;
 }
 
 }  // namespace quill
@@ -134,13 +132,7 @@ std::int32_t FindStrAll(const char* text, std::int32_t start, std::int32_t end,
 
 std::int32_t FindByte(char* text, std::int32_t start, std::int32_t end,
                       char byte, std::int32_t reference, QuillYield yield) {
-  const Byte* const bytes = as_bytes(text);
-  const auto wanted = static_cast<Byte>(byte);
   YieldMeter meter(reference, yield);
-  // A short range ends before the host is due.
-  if (start < end && Offset{end} - start < meter.units_left()) {
-    const Offset found = find_byte(bytes + start, bytes + end, wanted) - bytes;
-    return found < end ? to_long(found) : -1;
-  }
-  return to_long(scan_for_byte({bytes, start, end}, wanted, meter));
+  return to_long(scan_for_byte({as_bytes(text), start, end},
+                               static_cast<Byte>(byte), meter));
 }
