@@ -46,6 +46,17 @@ Offset slots_for(std::int32_t word_count, Offset selection_count) {
       std::bit_ceil(static_cast<std::uint64_t>(word_count) * 2));
 }
 
+// Sixteen bits or more for each word.
+Offset filter_words_for(Offset slot_count) { return slot_count / 8; }
+
+// Reading is dearer than mapping, and most text is ASCII.
+Character read_quickly(const MaskedSelection& in, Offset position) {
+  if (position < in.end && in.text != nullptr && in.text[position] < 0x80) {
+    return {position, position + 1, in.text[position], true};
+  }
+  return read_next(in.text, position, in.end);
+}
+
 // A word that its host left null is no selection's beginning.
 bool begins_with(const MaskedSelection& selection, const QuillWordEntry& word) {
   if (word.word == nullptr || selection.start < 0) return false;
@@ -67,10 +78,23 @@ WordIndex::WordIndex(const QuillWordEntry* const* words,
     : words_(words),
       empty_word_(find_empty_word(words, word_count)),
       slots_(slots_for(empty_word_, selection_count)),
+      filter_(filter_words_for(slots_.size())),
+      shortest_(kMaxLong),
       has_empty_word_(words != nullptr && empty_word_ < word_count) {
   if (slots_.size() == 0) return;
   std::fill_n(slots_.data(), slots_.size(), Slot{0, kNowhere});
+  std::fill_n(filter_.data(), filter_.size(), 0);
+  for (std::int32_t place = 0; place < empty_word_; ++place) {
+    shortest_ = std::min<Offset>(shortest_, words_[place]->word_count);
+  }
   for (std::int32_t place = 0; place < empty_word_; ++place) insert(place);
+}
+
+bool WordIndex::may_begin_word(std::uint64_t hash) const {
+  if (filter_.size() == 0) return true;
+  const std::uint64_t bit = hash >> 24;
+  const Offset word = static_cast<Offset>(bit >> 6) & (filter_.size() - 1);
+  return (filter_[word] >> (bit & 63) & 1) != 0;
 }
 
 // Of equal words only the first is kept.
@@ -80,6 +104,11 @@ void WordIndex::insert(std::int32_t place) {
   std::uint64_t hash = kSeed;
   for (std::int32_t i = 0; i < word.word_count; ++i) {
     hash = extend_hash(hash, word.word[i]);
+    if (i + 1 == shortest_ && filter_.size() != 0) {
+      const std::uint64_t bit = hash >> 24;
+      const Offset at = static_cast<Offset>(bit >> 6) & (filter_.size() - 1);
+      filter_[at] |= std::uint64_t{1} << (bit & 63);
+    }
   }
   longest_ = std::max<Offset>(longest_, word.word_count);
   lengths_ |= length_bit(word.word_count);
@@ -97,31 +126,45 @@ void WordIndex::insert(std::int32_t place) {
 // The place of the word that is the selection's first `length` characters, or
 // that of the empty word.
 std::int32_t WordIndex::probe(std::uint64_t hash, Offset length,
+                              const Characters& characters,
                               const MaskedSelection& selection) const {
   const Offset last = slots_.size() - 1;
   Offset at = static_cast<Offset>(hash) & last;
   for (; slots_[at].place != kNowhere; at = (at + 1) & last) {
     if (slots_[at].tag != tag_of(hash)) continue;
     const QuillWordEntry& word = *words_[slots_[at].place];
-    if (word.word_count == length && begins_with(selection, word)) {
-      return slots_[at].place;
-    }
+    if (word.word_count != length) continue;
+    const bool equal =
+        length <= std::ssize(characters)
+            ? std::equal(word.word, word.word + length, characters.begin())
+            : begins_with(selection, word);
+    if (equal) return slots_[at].place;
   }
   return empty_word_;
 }
 
 std::int32_t WordIndex::look_up(const MaskedSelection& selection) const {
   std::int32_t first = empty_word_;
-  if (selection.start < 0) return first;
+  // No character is shorter than a byte.
+  if (selection.start < 0 || selection.end - selection.start < shortest_) {
+    return first;
+  }
+  Characters characters;  // undefined beyond those read
   std::uint64_t hash = kSeed;
   Offset position = selection.start;
   for (Offset length = 1; length <= longest_; ++length) {
-    const Character read = read_next(selection.text, position, selection.end);
+    const Character read = read_quickly(selection, position);
     if (!read.found) break;
     position = read.next;
-    hash = extend_hash(hash, selection.mask.map(read.packed));
+    const std::int32_t mapped = selection.mask.map(read.packed);
+    if (length <= std::ssize(characters)) {
+      characters[static_cast<std::size_t>(length - 1)] = mapped;
+    }
+    hash = extend_hash(hash, mapped);
+    if (length < shortest_) continue;
+    if (length == shortest_ && !may_begin_word(hash)) break;
     if ((lengths_ & length_bit(length)) != 0) {
-      first = std::min(first, probe(hash, length, selection));
+      first = std::min(first, probe(hash, length, characters, selection));
     }
   }
   return first;
