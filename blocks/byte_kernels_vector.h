@@ -105,6 +105,21 @@ struct Equals {
   Constant value;
 };
 
+struct EqualPair {
+  EqualPair(Byte near_byte, Byte far_byte, Offset from_near)
+      : near(near_byte), far(far_byte), distance(from_near) {}
+
+  template <class Load>
+  auto lanes(const Byte* position, Load load) const {
+    return Isa::both(Isa::equal(load(position), near.as<Load>()),
+                     Isa::equal(load(position + distance), far.as<Load>()));
+  }
+
+  Constant near;
+  Constant far;
+  Offset distance;
+};
+
 struct Plain {
   explicit Plain(const Anchor& anchor)
       : ignored(anchor.ignored), value(anchor.value), offset(anchor.offset) {}
@@ -245,6 +260,7 @@ template <class Test>
                                                const Byte* last,
                                                const Test& test) {
   constexpr Offset kPair = 2 * kWide;
+  constexpr Offset kAhead = 1024;
   const Offset count = last - first;
   if (count < kPair) {
     const std::uint64_t word = part_bits(first, count, test);
@@ -260,6 +276,10 @@ template <class Test>
     position += 2 * kPair;
     position -= reinterpret_cast<std::uintptr_t>(position) % kWide;
     for (const Byte* const stop = tail - kPair; position < stop;) {
+      // Asking ahead, also beyond the range, bridges the gap between the
+      // stretches that a long text is scanned in.
+      __builtin_prefetch(position + kAhead);
+      __builtin_prefetch(position + kAhead + kPair);
       const Quad next(position, position + kPair, test);
       if (next.any()) [[unlikely]] {
         return first_in(next, position, position + kPair);
@@ -336,6 +356,11 @@ const Byte* vector_find_byte(const Byte* first, const Byte* last, Byte wanted) {
 const Byte* vector_find_byte_backward(const Byte* first, const Byte* last,
                                       Byte wanted) {
   return find_backward(first, last, Equals(wanted));
+}
+
+const Byte* vector_find_pair(const Byte* first, const Byte* last, Byte near,
+                             Byte far, Offset distance) {
+  return find(first, last, EqualPair(near, far, distance));
 }
 
 const Byte* vector_find_member(const Byte* first, const Byte* last,
@@ -538,6 +563,7 @@ constexpr ByteKernels vector_kernels(const char* name) {
       .name = name,
       .find_byte = vector_find_byte,
       .find_byte_backward = vector_find_byte_backward,
+      .find_pair = vector_find_pair,
       .find_member = vector_find_member,
       .find_member_backward = vector_find_member_backward,
       .find_non_ascii = vector_find_non_ascii,
