@@ -188,10 +188,10 @@ typedef struct QuillRangePart {
 /// their selections, which don't overlap. iArrayToReplaceTable makes one,
 /// WordTable_FillReplaceTable fills it in, InsertMultiple applies it.
 typedef struct QuillReplaceEntry {
-  int32_t start;            ///< of the selection, a byte offset
-  int32_t end;              ///< just past it
-  const char* replacement;  ///< bytes, not owned; not read for kind 0
-  int32_t replacement_length;
+  int32_t start;               ///< of the selection, a byte offset
+  int32_t end;                 ///< just past it
+  const char* replacement;     ///< bytes, not owned; not read for kind 0
+  int32_t replacement_length;  ///< bytes
   /// 0: the selection stays; else it is replaced, and the replacement is
   /// 1: shorter than the selection, 2: as long, 3: longer.
   int32_t kind;
@@ -211,6 +211,16 @@ typedef struct QuillWordEntry {
   int32_t replacement_length;
 } QuillWordEntry;
 
+/// How qSortV compares two elements.
+///
+/// @param first       one element of the array
+/// @param second      another
+/// @param text        this and the following as qSortV was given them
+/// @param mask_keys   see above
+/// @param mask_values see above
+/// @param mask_count  see above
+/// @return below 0 when the first comes first, 0 when it does not matter,
+///         above 0 when the second comes first
 typedef int (*QuillCompare)(const void* first, const void* second, char* text,
                             int32_t* mask_keys, int32_t* mask_values,
                             int32_t mask_count);
@@ -1451,10 +1461,12 @@ QUILL_EXPORT int32_t InsertStr(QuillBlock* text, QuillBlock selections,
 /// character is written as its lowest byte and then each higher byte that is
 /// not 0.
 ///
-/// The result is a new Block, stored into the variable; the old one is disposed
-/// of. It is filled in growing steps of 1,000,000 bytes and trimmed at the end.
-/// A template of 0 characters deletes the selections, as DelSel does, in the
-/// Block that is there. The list is only read, and comes back unlocked.
+/// The result is in a new Block, stored into the variable; the old one is
+/// disposed of. Memory is needed for that Block's record, to make room where
+/// the text grows, and for a template of more than 64 characters; the text is
+/// not copied. A template of 0 characters deletes the selections, as DelSel
+/// does, in the Block that is there. The list is only read, and comes back
+/// unlocked.
 ///
 /// @param text            the variable that holds the text
 /// @param selections      a canonical list
@@ -1482,8 +1494,8 @@ QUILL_EXPORT int32_t InsertMaskedStr(QuillBlock* text, QuillBlock selections,
 /// search, the matches found up to then are replaced. The list of matches is
 /// made and disposed of here.
 ///
-/// The text stays in the Block that the host passes, whatever the flags: the
-/// result of an overlay is copied into it. It comes back unlocked.
+/// The text stays in the Block that the host passes, whatever the flags, also
+/// when they select an overlay. It comes back unlocked.
 ///
 /// @param text           the Block to edit; null is refused with nothing
 /// written

@@ -170,7 +170,8 @@ TEST(ReplaceAll, SearchesThenInserts) {
           static_cast<std::size_t>(model_count_characters(request.string)),
           static_cast<unsigned char>(random.between(0, 2)));
     }
-    const YieldMaxScope scope(kYieldMaxima[round % std::size(kYieldMaxima)]);
+    const YieldMaxScope scope(kYieldMaxima[static_cast<std::size_t>(round) %
+                                           std::size(kYieldMaxima)]);
     const int stop_at = random.one_in(2) ? kNever : random.between(0, 6);
     for (const Kind kind : {kBytes, kCharacters, kPattern}) {
       ASSERT_EQ(actual(kind, request, stop_at),
