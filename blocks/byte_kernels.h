@@ -11,6 +11,7 @@ struct ByteKernels {
   const char* name;
   decltype(&quill::find_byte) find_byte;
   decltype(&quill::find_byte_backward) find_byte_backward;
+  decltype(&quill::find_pair) find_pair;
   decltype(&quill::find_member) find_member;
   decltype(&quill::find_member_backward) find_member_backward;
   decltype(&quill::find_non_ascii) find_non_ascii;

@@ -63,6 +63,13 @@ const Byte* find_byte_backward_portable(const Byte* first, const Byte* last,
   return find_if_backward(first, last, equals(wanted));
 }
 
+const Byte* find_pair_portable(const Byte* first, const Byte* last, Byte near,
+                               Byte far, Offset distance) {
+  return find_if(first, last, [=](const Byte* position) {
+    return *position == near && position[distance] == far;
+  });
+}
+
 const Byte* find_member_portable(const Byte* first, const Byte* last,
                                  const ByteSet& set) {
   return find_if(first, last, belongs_to(set));
@@ -142,6 +149,7 @@ const ByteKernels kPortableKernels = {
     .name = "portable",
     .find_byte = find_byte_portable,
     .find_byte_backward = find_byte_backward_portable,
+    .find_pair = find_pair_portable,
     .find_member = find_member_portable,
     .find_member_backward = find_member_backward_portable,
     .find_non_ascii = find_non_ascii_portable,

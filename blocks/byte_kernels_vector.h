@@ -105,6 +105,21 @@ struct Equals {
   Constant value;
 };
 
+struct EqualPair {
+  EqualPair(Byte near_byte, Byte far_byte, Offset from_near)
+      : near(near_byte), far(far_byte), distance(from_near) {}
+
+  template <class Load>
+  auto lanes(const Byte* position, Load load) const {
+    return Isa::both(Isa::equal(load(position), near.as<Load>()),
+                     Isa::equal(load(position + distance), far.as<Load>()));
+  }
+
+  Constant near;
+  Constant far;
+  Offset distance;
+};
+
 struct Plain {
   explicit Plain(const Anchor& anchor)
       : ignored(anchor.ignored), value(anchor.value), offset(anchor.offset) {}
@@ -179,10 +194,11 @@ std::uint64_t block_bits(const Byte* position, const Test& test) {
   return word;
 }
 
-// The word for `count` positions, fewer than 64.
+// The word for `count` positions, fewer than 64. The test goes by value: one
+// that fits a register stays there.
 template <class Test>
 [[gnu::noinline]] std::uint64_t part_bits(const Byte* position, Offset count,
-                                          const Test& test) {
+                                          Test test) {
   if (count >= kWide) {
     return Isa::bits(test.lanes(position, LoadWide{})) |
            Isa::bits(test.lanes(position + count - kWide, LoadWide{}))
@@ -210,37 +226,70 @@ std::uint64_t bits_of(const Byte* position, Offset count, const Test& test) {
                          : part_bits(position, count, test);
 }
 
+// The lanes of four vectors in a row.
+struct Quad {
+  Wide a, b, c, d;
+
+  template <class Test>
+  Quad(const Byte* near, const Byte* far, const Test& test)
+      : a(test.lanes(near, LoadWide{})),
+        b(test.lanes(near + kWide, LoadWide{})),
+        c(test.lanes(far, LoadWide{})),
+        d(test.lanes(far + kWide, LoadWide{})) {}
+
+  bool any() const {
+    return Isa::any(Isa::either(Isa::either(a, b), Isa::either(c, d)));
+  }
+  std::uint64_t near_bits() const {
+    return Isa::bits(a) | Isa::bits(b) << kWide;
+  }
+  std::uint64_t far_bits() const {
+    return Isa::bits(c) | Isa::bits(d) << kWide;
+  }
+};
+
+// The first position that holds, in two pairs of vectors where one does.
+const Byte* first_in(const Quad& quad, const Byte* near, const Byte* far) {
+  const std::uint64_t bits = quad.near_bits();
+  return bits != 0 ? near + lowest_bit(bits)
+                   : far + lowest_bit(quad.far_bits());
+}
+
 template <class Test>
-const Byte* find(const Byte* first, const Byte* last, const Test& test) {
+[[gnu::always_inline]] inline const Byte* find(const Byte* first,
+                                               const Byte* last,
+                                               const Test& test) {
+  constexpr Offset kPair = 2 * kWide;
+  constexpr Offset kAhead = 1024;
   const Offset count = last - first;
-  if (count < kBlock) {
+  if (count < kPair) {
     const std::uint64_t word = part_bits(first, count, test);
     return word == 0 ? last : first + lowest_bit(word);
   }
-  if (const std::uint64_t word = block_bits(first, test); word != 0) {
-    return first + lowest_bit(word);
-  }
-  const Byte* position = first + kBlock;
-  position -= reinterpret_cast<std::uintptr_t>(position) % kWide;
-  for (; last - position >= 4 * kWide; position += 4 * kWide) {
-    const Wide a = test.lanes(position, LoadWide{});
-    const Wide b = test.lanes(position + kWide, LoadWide{});
-    const Wide c = test.lanes(position + 2 * kWide, LoadWide{});
-    const Wide d = test.lanes(position + 3 * kWide, LoadWide{});
-    if (!Isa::any(Isa::either(Isa::either(a, b), Isa::either(c, d)))) continue;
-    const std::uint64_t near = Isa::bits(a) | Isa::bits(b) << kWide;
-    if (near != 0) return position + lowest_bit(near);
-    return position + 2 * kWide +
-           lowest_bit(Isa::bits(c) | Isa::bits(d) << kWide);
-  }
-  for (; last - position >= kBlock; position += kBlock) {
-    if (const std::uint64_t word = block_bits(position, test); word != 0) {
-      return position + lowest_bit(word);
+  // Most positions that are found at all are near, and in a short range the
+  // vectors at its ends see all of it.
+  const Byte* const tail = last - kPair;
+  const Byte* position = first;
+  if (count > 2 * kPair) {
+    const Quad quad(first, first + kPair, test);
+    if (quad.any()) return first_in(quad, first, first + kPair);
+    position += 2 * kPair;
+    position -= reinterpret_cast<std::uintptr_t>(position) % kWide;
+    for (const Byte* const stop = tail - kPair; position < stop;) {
+      // Asking ahead, also beyond the range, bridges the gap between the
+      // stretches that a long text is scanned in.
+      __builtin_prefetch(position + kAhead);
+      __builtin_prefetch(position + kAhead + kPair);
+      const Quad next(position, position + kPair, test);
+      if (next.any()) [[unlikely]] {
+        return first_in(next, position, position + kPair);
+      }
+      position += 2 * kPair;
     }
   }
-  position = last - kBlock;
-  const std::uint64_t word = block_bits(position, test);
-  return word == 0 ? last : position + lowest_bit(word);
+  if (position > tail) position = tail;
+  const Quad quad(position, tail, test);
+  return quad.any() ? first_in(quad, position, tail) : last;
 }
 
 template <class Test>
@@ -307,6 +356,11 @@ const Byte* vector_find_byte(const Byte* first, const Byte* last, Byte wanted) {
 const Byte* vector_find_byte_backward(const Byte* first, const Byte* last,
                                       Byte wanted) {
   return find_backward(first, last, Equals(wanted));
+}
+
+const Byte* vector_find_pair(const Byte* first, const Byte* last, Byte near,
+                             Byte far, Offset distance) {
+  return find(first, last, EqualPair(near, far, distance));
 }
 
 const Byte* vector_find_member(const Byte* first, const Byte* last,
@@ -509,6 +563,7 @@ constexpr ByteKernels vector_kernels(const char* name) {
       .name = name,
       .find_byte = vector_find_byte,
       .find_byte_backward = vector_find_byte_backward,
+      .find_pair = vector_find_pair,
       .find_member = vector_find_member,
       .find_member_backward = vector_find_member_backward,
       .find_non_ascii = vector_find_non_ascii,

@@ -83,6 +83,11 @@ const Byte* find_byte_backward(const Byte* first, const Byte* last,
   return kernels().find_byte_backward(first, last, wanted);
 }
 
+const Byte* find_pair(const Byte* first, const Byte* last, Byte near, Byte far,
+                      Offset distance) {
+  return kernels().find_pair(first, last, near, far, distance);
+}
+
 const Byte* find_member(const Byte* first, const Byte* last,
                         const ByteSet& set) {
   return kernels().find_member(first, last, set);

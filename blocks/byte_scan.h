@@ -20,6 +20,11 @@ const Byte* find_byte(const Byte* first, const Byte* last, Byte wanted);
 const Byte* find_byte_backward(const Byte* first, const Byte* last,
                                Byte wanted);
 
+// The first position in [first, last) with `near` there and `far` `distance`
+// bytes after it. Reads up to last + distance.
+const Byte* find_pair(const Byte* first, const Byte* last, Byte near, Byte far,
+                      Offset distance);
+
 // The first (or last) byte that belongs to `set`. For those that don't, invert
 // the set.
 const Byte* find_member(const Byte* first, const Byte* last,

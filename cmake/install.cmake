@@ -30,7 +30,7 @@ if(IS_ABSOLUTE ${CMAKE_INSTALL_LIBDIR} OR IS_ABSOLUTE ${CMAKE_INSTALL_INCLUDEDIR
   set(pc_includedir ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 else()
   file(RELATIVE_PATH pc_to_prefix
-    /root/${CMAKE_INSTALL_LIBDIR}/pkgconfig /root)
+    /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
   string(REGEX REPLACE "/$" "" pc_to_prefix "${pc_to_prefix}")
   set(pc_prefix "\${pcfiledir}/${pc_to_prefix}")
   set(pc_libdir "\${prefix}/${CMAKE_INSTALL_LIBDIR}")

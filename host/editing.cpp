@@ -21,10 +21,11 @@ void print_count(const EditOptions& options, const Input& input,
 }
 
 void put(const std::string& target, const Input& input) {
-  if (target == "-")
+  if (target == "-") {
     write_to_standard_output(input.text.text());
-  else
+  } else {
     stage_file(target, input.text.text());
+  }
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <cinttypes>
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
 
 #include "host/commands.h"
 #include "host/listing.h"
@@ -26,7 +27,7 @@ struct FindOptions {
     add_files(command, files);
     auto* const nth_option =
         command.add_option("--nth", nth, "Only the match with this number")
-            ->check(CLI::PositiveNumber);
+            ->check(CLI::Range(1, std::numeric_limits<std::int32_t>::max()));
     auto* const last_flag =
         command.add_flag("--last", last, "Only the last match")
             ->excludes(nth_option);

@@ -37,7 +37,7 @@ ExitStatus for_each_input(const Paths& paths,
   return matched ? kMatched : kNotMatched;
 }
 
-void complain(std::string_view name, std::string_view reason) {
+void complain(std::string_view name, std::string_view reason) noexcept {
   std::fprintf(stderr, "quill: %.*s: %.*s\n", static_cast<int>(name.size()),
                name.data(), static_cast<int>(reason.size()), reason.data());
 }

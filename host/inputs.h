@@ -36,6 +36,6 @@ ExitStatus for_each_input(const Paths& paths,
                           const std::function<bool(Input&)>& work);
 
 // Says "quill: NAME: REASON" on standard error.
-void complain(std::string_view name, std::string_view reason);
+void complain(std::string_view name, std::string_view reason) noexcept;
 
 }  // namespace quill::tool

@@ -19,7 +19,8 @@ constexpr const char* kFooter =
     "end of the run, so an interrupted or failed run leaves every file as it\n"
     "was. Permissions are kept; another hard link to a file keeps the old "
     "text.\n"
-    "Without FILE, standard input is filtered to standard output.\n"
+    "Without FILE, standard input is filtered to standard output. A FILE that\n"
+    "begins with - or [ is written ./-name, ./[name].\n"
     "\n"
     "Ignoring case means simple case folding, one character for one "
     "character:\n"
@@ -53,16 +54,17 @@ int run(int argc, char** argv) {
 
 int run_and_report(int argc, char** argv) {
   try {
+    watch_for_interrupts();
     return run(argc, argv);
-  } catch (const UsageError& error) {
-    std::fprintf(stderr, "quill: %s\n", error.what());
+  } catch (const Interrupted& stop) {
+    discard_staged();
+    return 128 + stop.signal;
   } catch (const FileError& error) {
     complain(error.name, error.what());
   } catch (const std::bad_alloc&) {
     std::fputs("quill: not enough memory\n", stderr);
-  } catch (const Interrupted& stop) {
-    discard_staged();
-    return 128 + stop.signal;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "quill: %s\n", error.what());
   }
   return kTrouble;
 }
@@ -72,7 +74,6 @@ int run_and_report(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   using namespace quill::tool;
-  watch_for_interrupts();
   const int status = run_and_report(argc, argv);
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
     complain("(standard output)", std::strerror(errno));

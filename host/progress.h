@@ -42,7 +42,7 @@ std::string& progress_subject();
 template <typename Call>
 auto watched(const char* what, std::int64_t total, Call call) {
   const Progress progress(what, total);
-  const auto result = call();
+  auto result = call();
   throw_if_stopped();
   return result;
 }

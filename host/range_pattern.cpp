@@ -100,9 +100,10 @@ class Parser {
     if (take('.')) return icu::UnicodeSet(u'\n', u'\n').complement();
     constexpr std::string_view kReserved = "?*+{}]()|^$";
     const UChar32 c = peek();
-    if (c < 0x80 && kReserved.find(static_cast<char>(c)) != kReserved.npos)
+    if (c < 0x80 && kReserved.find(static_cast<char>(c)) != kReserved.npos) {
       fail(std::string("write \\") + static_cast<char>(c) +
            " for the character " + static_cast<char>(c));
+    }
     next();
     return icu::UnicodeSet(c, c);
   }

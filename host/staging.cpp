@@ -134,7 +134,7 @@ bool commit_staged() {
   return all_done;
 }
 
-bool discard_staged() {
+bool discard_staged() noexcept {
   const std::lock_guard lock(mutex);
   if (committed) return false;
   for (const StagedFile& file : staged) unlink(file.temporary.c_str());

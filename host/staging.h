@@ -23,7 +23,7 @@ bool commit_staged();
 
 // Removes what is staged. False, and nothing is done, once the renaming has
 // begun. Waits for renaming under way in another thread.
-bool discard_staged();
+bool discard_staged() noexcept;
 
 // Writes all of `contents`. Throws FileError.
 void write_to_standard_output(std::string_view contents);

@@ -73,10 +73,11 @@ std::int64_t WordTable::look_up(const Block& text, QuillReplaceEntry** entries,
     if (entry->kind == 0) continue;
     std::int32_t length = 0;
     utf8_CountCharacters(text.data(), entry->start, entry->end, &length);
-    if (length == word_lengths_.at(entry->replacement))
+    if (length == word_lengths_.at(entry->replacement)) {
       ++found;
-    else
-      entry->kind = 0;  // only the beginning of a longer word
+      continue;
+    }
+    entry->kind = 0;  // only the beginning of a longer word
   }
   return found;
 }

@@ -4,7 +4,7 @@
 // Each long line is broken by itself: in a range of several lines, a space of
 // a line that fits could become the break of the one after it.
 #include <algorithm>
-#include <cstring>
+#include <limits>
 
 #include "host/commands.h"
 #include "host/editing.h"
@@ -24,7 +24,7 @@ struct WrapOptions {
         .add_option("-w,--width", width,
                     "The greatest number of bytes in a line")
         ->required()
-        ->check(CLI::PositiveNumber);
+        ->check(CLI::Range(1, std::numeric_limits<std::int32_t>::max()));
     edit.add_to(command, false);
   }
 };
@@ -49,9 +49,10 @@ std::vector<std::int32_t> line_breaks(const Block& text, std::int32_t width) {
   while (start < contents.size()) {
     const std::size_t end =
         std::min(contents.find('\n', start), contents.size());
-    if (end - start > static_cast<std::size_t>(width))
+    if (end - start > static_cast<std::size_t>(width)) {
       break_line(text, static_cast<std::int32_t>(start),
                  static_cast<std::int32_t>(end), width, breaks);
+    }
     start = end + 1;
   }
   return breaks;

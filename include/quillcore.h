@@ -1461,10 +1461,12 @@ QUILL_EXPORT int32_t InsertStr(QuillBlock* text, QuillBlock selections,
 /// character is written as its lowest byte and then each higher byte that is
 /// not 0.
 ///
-/// The result is a new Block, stored into the variable; the old one is disposed
-/// of. It is filled in growing steps of 1,000,000 bytes and trimmed at the end.
-/// A template of 0 characters deletes the selections, as DelSel does, in the
-/// Block that is there. The list is only read, and comes back unlocked.
+/// The result is in a new Block, stored into the variable; the old one is
+/// disposed of. Memory is needed for that Block's record, to make room where
+/// the text grows, and for a template of more than 64 characters; the text is
+/// not copied. A template of 0 characters deletes the selections, as DelSel
+/// does, in the Block that is there. The list is only read, and comes back
+/// unlocked.
 ///
 /// @param text            the variable that holds the text
 /// @param selections      a canonical list
@@ -1492,8 +1494,8 @@ QUILL_EXPORT int32_t InsertMaskedStr(QuillBlock* text, QuillBlock selections,
 /// search, the matches found up to then are replaced. The list of matches is
 /// made and disposed of here.
 ///
-/// The text stays in the Block that the host passes, whatever the flags: the
-/// result of an overlay is copied into it. It comes back unlocked.
+/// The text stays in the Block that the host passes, whatever the flags, also
+/// when they select an overlay. It comes back unlocked.
 ///
 /// @param text           the Block to edit; null is refused with nothing
 /// written

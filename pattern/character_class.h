@@ -6,12 +6,11 @@
 // are in order, a run of such characters is then a run of bits.
 #pragma once
 
-#include <optional>
-
 #include "blocks/base.h"
 #include "blocks/byte_scan.h"
 #include "blocks/byte_set.h"
 #include "pattern/range_pattern.h"
+#include "pattern/slot.h"
 #include "pattern/wide_members.h"
 
 namespace quill {
@@ -58,7 +57,7 @@ class CharacterClass {
   // Accepted bytes of ASCII text, and of any text whose long characters are all
   // accepted or all not.
   ByteSet accepted_bytes_;
-  std::optional<WideMembers> wide_;  // when the set lists long characters
+  Slot<WideMembers> wide_;  // when the set lists long characters
 };
 
 }  // namespace quill

@@ -7,11 +7,11 @@
 #pragma once
 
 #include <array>
-#include <optional>
 
 #include "blocks/base.h"
 #include "pattern/character_class.h"
 #include "pattern/range_pattern.h"
+#include "pattern/slot.h"
 
 namespace quill {
 
@@ -92,7 +92,7 @@ class PreparedPattern {
   int starters_ = 0;
 
   static constexpr int kMostParts = 8;
-  std::array<std::optional<Part>, kMostParts> parts_;
+  std::array<Slot<Part>, kMostParts> parts_;
 };
 
 }  // namespace quill

@@ -11,7 +11,7 @@ namespace {
 // A range that pays for a table of three-byte characters, and its size in
 // words: one for each lead byte and second byte.
 constexpr Offset kTableRange = 16384;
-constexpr Offset kTableWords = 16 * 64;
+constexpr Offset kTableWords = Offset{16} * 64;
 
 constexpr std::uint64_t kAll = ~std::uint64_t{0};
 constexpr Offset kWords = CharacterClass::kMostCovered / 64;

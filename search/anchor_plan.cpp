@@ -85,7 +85,8 @@ void ByteSpread::add_character(const ByteSet* bytes, int length) {
   for (std::uint64_t left = starts_; left != 0; left &= left - 1) {
     const int start = std::countr_zero(left);
     for (int i = 0; i < length && start + i < kWindow; ++i) {
-      at_[static_cast<std::size_t>(start + i)].add_all(bytes[i]);
+      at_[static_cast<std::size_t>(start) + static_cast<std::size_t>(i)]
+          .add_all(bytes[i]);
     }
   }
 }

@@ -5,7 +5,7 @@
 #include "blocks/block_lock.h"
 #include "blocks/yield_meter.h"
 #include "quillcore.h"
-#include "utf8/characters.h"
+#include "search/line_scan.h"
 #include "utf8/counters.h"
 
 using namespace quill;
@@ -51,37 +51,13 @@ bool break_every(const Range& in, Offset chunk, BreakList& list,
   return true;
 }
 
-struct Line {
-  Offset end;  // where the next one begins; the range's end for the last
-  bool readable;
-};
-
-// The line that begins at `start`. A feed starts its width anew but does not
-// make the line forget its last space.
-Line find_line(const Range& in, Offset start, Offset width) {
-  Offset position = start;
-  Offset limit = start + width;
-  Offset after_space = -1;
-  while (position < limit && position < in.end) {
-    const Character read = read_next(in.text, position, in.end);
-    if (!read.found) return {in.end, false};
-    position = read.next;
-    if (read.packed == '\r' || read.packed == '\n') {
-      limit = position + width;
-    } else if (read.packed == ' ') {
-      after_space = position;
-    }
-  }
-  if (position == in.end || after_space < 0) return {position, true};
-  return {after_space, true};
-}
-
 // False when a character can't be read or the list can't grow.
 bool break_at_spaces(const Range& in, Offset width, BreakList& list,
                      YieldMeter meter) {
+  LineScan scan(in.text, in.end);
   Offset position = in.start;
   while (position < in.end && meter.go_on()) {
-    const Line line = find_line(in, position, width);
+    const LineScan::Line line = scan.find_line(position, width);
     if (!line.readable) return false;
     position = line.end;
     if (position < in.end) {

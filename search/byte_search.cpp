@@ -134,7 +134,13 @@ std::int32_t FindStrAll(const char* text, std::int32_t start, std::int32_t end,
 
 std::int32_t FindByte(char* text, std::int32_t start, std::int32_t end,
                       char byte, std::int32_t reference, QuillYield yield) {
+  const Byte* const bytes = as_bytes(text);
+  const auto wanted = static_cast<Byte>(byte);
   YieldMeter meter(reference, yield);
-  return to_long(scan_for_byte({as_bytes(text), start, end},
-                               static_cast<Byte>(byte), meter));
+  // A short range ends before the host is due.
+  if (start < end && Offset{end} - start < meter.units_left()) {
+    const Offset found = find_byte(bytes + start, bytes + end, wanted) - bytes;
+    return found < end ? to_long(found) : -1;
+  }
+  return to_long(scan_for_byte({bytes, start, end}, wanted, meter));
 }

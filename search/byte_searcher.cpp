@@ -9,8 +9,10 @@
 namespace quill {
 namespace {
 
-// Ranges shorter than this are searched without any preparation.
+// Ranges shorter than this are searched without any preparation: byte by byte,
+// or by the needle's first and last byte.
 constexpr Offset kPlainRange = 16;
+constexpr Offset kShortRange = 512;
 
 // Texts longer than this tell by a sample which bytes are rare in them.
 constexpr Offset kSampledText = 1024 * 1024;
@@ -23,23 +25,31 @@ Offset ranked_bytes(Offset needle_length, Offset text_length) {
   return std::min({needle_length, 16 + text_length / 64, Offset{256}});
 }
 
-std::uint64_t word_at(const Byte* bytes) {
-  std::uint64_t word;
-  std::memcpy(&word, bytes, sizeof word);
-  return word;
+template <class Word>
+bool same_word(const Byte* left, const Byte* right) {
+  Word a;
+  Word b;
+  std::memcpy(&a, left, sizeof a);
+  std::memcpy(&b, right, sizeof b);
+  return a == b;
 }
 
-// Bytes that two strings have in common from their start, rounded down to a
-// whole word where they differ behind the first word.
-Offset common_prefix(const Byte* left, const Byte* right, Offset length) {
-  Offset common = 0;
-  if (length >= 8) {
-    for (; common + 8 <= length; common += 8) {
-      if (word_at(left + common) != word_at(right + common)) return common;
-    }
-    const Offset last = length - 8;
-    return word_at(left + last) == word_at(right + last) ? length : last;
+// Bytes that two strings of at least 4 bytes have in common from their start,
+// in whole words: fewer where they differ.
+template <class Word>
+Offset common_words(const Byte* left, const Byte* right, Offset length) {
+  constexpr Offset kWord = sizeof(Word);
+  const Offset last = length - kWord;
+  for (Offset common = 0; common < last; common += kWord) {
+    if (!same_word<Word>(left + common, right + common)) return common;
   }
+  return same_word<Word>(left + last, right + last) ? length : last;
+}
+
+Offset common_prefix(const Byte* left, const Byte* right, Offset length) {
+  if (length >= 8) return common_words<std::uint64_t>(left, right, length);
+  if (length >= 4) return common_words<std::uint32_t>(left, right, length);
+  Offset common = 0;
   while (common < length && left[common] == right[common]) ++common;
   return common;
 }
@@ -69,36 +79,48 @@ class Rarity {
   std::uint16_t seen_[256];
 };
 
-}  // namespace
+struct AnchorOffsets {
+  Offset rarest;
+  Offset second;
+};
 
 // The two rarest bytes; among equally rare ones those that stand far apart,
 // since a run of one byte is told from a longer one by its ends.
-void ByteSearcher::choose_anchors(const Byte* first, const Byte* end) {
-  Offset rarest = 0;
-  Offset second = length_ - 1;
-  if (length_ > 2) {
-    const Rarity rarity(first, end);
-    const Offset ranked = ranked_bytes(length_, end - first);
-    int least = rarity.of(needle_[0]);
-    int next = rarity.of(needle_[second]);
+AnchorOffsets rarest_bytes(const Byte* needle, Offset length, const Byte* first,
+                           const Byte* end) {
+  const Rarity rarity(first, end);
+  AnchorOffsets chosen{0, length - 1};
+  int least = rarity.of(needle[0]);
+  int next = rarity.of(needle[length - 1]);
+  const Offset ranked = ranked_bytes(length - 1, end - first);
+  for (Offset i = 0; i < ranked; ++i) {
+    const int rank = rarity.of(needle[i]);
+    if (i != 0 && rank < next) {
+      chosen.second = i;
+      next = rank;
+    }
     if (next < least) {
-      std::swap(rarest, second);
+      std::swap(chosen.rarest, chosen.second);
       std::swap(least, next);
     }
-    for (Offset i = 1; i < ranked; ++i) {
-      const int rank = rarity.of(needle_[i]);
-      if (i == rarest || i == second || rank >= next) continue;
-      second = i;
-      next = rank;
-      if (next < least) {
-        std::swap(rarest, second);
-        std::swap(least, next);
-      }
-    }
   }
-  anchors_[0] = Anchor(needle_[rarest], rarest);
-  anchors_[1] = Anchor(needle_[second], second);
-  candidates_.emplace(std::span<const Anchor>(anchors_, length_ == 1 ? 1 : 2));
+  return chosen;
+}
+
+}  // namespace
+
+// All bytes of a short needle, two of a longer one.
+ByteSearcher::Filter::Filter(const Byte* needle, Offset length,
+                             const Byte* first, const Byte* end)
+    : candidates({anchors, static_cast<std::size_t>(
+                               length <= kMostAnchors ? length : 2)}) {
+  if (length <= kMostAnchors) {
+    for (Offset i = 0; i < length; ++i) anchors[i] = Anchor(needle[i], i);
+    return;
+  }
+  const AnchorOffsets chosen = rarest_bytes(needle, length, first, end);
+  anchors[0] = Anchor(needle[chosen.rarest], chosen.rarest);
+  anchors[1] = Anchor(needle[chosen.second], chosen.second);
 }
 
 bool ByteSearcher::occurs_at(const Byte* position) {
@@ -112,9 +134,10 @@ const Byte* ByteSearcher::find_whole(const Byte* first, const Byte* last,
                                      const Byte* end) {
   if (first < linear_until_) return find_linearly(first, last);
   if (work_start_ == nullptr) work_start_ = first;
-  if (!candidates_.has_value()) {
+  if (!filter_.has_value()) {
     if (last - first < kPlainRange) return find_plainly(first, last);
-    choose_anchors(first, end);
+    if (last - first < kShortRange) return find_by_ends(first, last);
+    filter_.emplace(needle_, length_, first, end);
   }
   return find_filtered(first, last);
 }
@@ -129,21 +152,36 @@ const Byte* ByteSearcher::find_plainly(const Byte* first, const Byte* last) {
   return last;
 }
 
-const Byte* ByteSearcher::find_filtered(const Byte* first, const Byte* last) {
+const Byte* ByteSearcher::find_by_ends(const Byte* first, const Byte* last) {
+  const Offset distance = length_ - 1;
   for (;;) {
-    const Byte* const position = candidates_->next(first, last);
+    const Byte* const position =
+        find_pair(first, last, needle_[0], needle_[distance], distance);
     if (position == last || occurs_at(position)) return position;
     first = position + 1;
     if (has_outworked(first)) return find_linearly(first, last);
   }
 }
 
+const Byte* ByteSearcher::find_filtered(const Byte* first, const Byte* last) {
+  for (;;) {
+    const Byte* const position = filter_->candidates.next(first, last);
+    if (is_seen_whole() || position == last || occurs_at(position)) {
+      return position;
+    }
+    first = position + 1;
+    if (has_outworked(first)) return find_linearly(first, last);
+  }
+}
+
 // Whether the comparisons before `first` cost more than the way so far may.
-// Then a stretch of linear search begins, long for a long needle, since each
-// change of method may compare one needle's length anew.
+// Then a stretch of linear search begins, each twice as long as the one before.
+// For a long needle the first is long already, since each change of method may
+// compare one needle's length anew.
 bool ByteSearcher::has_outworked(const Byte* first) {
   if (work_ <= kFreeWork + 4 * (first - work_start_)) return false;
-  linear_until_ = first + std::max<Offset>(64 * 1024, 2 * length_);
+  stretch_ = std::max({Offset{64 * 1024}, 2 * length_, 2 * stretch_});
+  linear_until_ = first + stretch_;
   if (!linear_.has_value()) linear_.emplace(needle_, length_);
   work_ = 0;
   work_start_ = linear_until_;
@@ -153,8 +191,8 @@ bool ByteSearcher::has_outworked(const Byte* first) {
 const Byte* ByteSearcher::find_linearly(const Byte* first, const Byte* last) {
   const Byte* const found = linear_->find(first, std::min(last, linear_until_));
   if (found < linear_until_ || found == last) return found;
-  return candidates_.has_value() ? find_filtered(linear_until_, last)
-                                 : find_plainly(linear_until_, last);
+  return filter_.has_value() ? find_filtered(linear_until_, last)
+                             : find_plainly(linear_until_, last);
 }
 
 }  // namespace quill

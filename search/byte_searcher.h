@@ -41,11 +41,13 @@ class ByteSearcher {
  private:
   const Byte* find_whole(const Byte* first, const Byte* last, const Byte* end);
   const Byte* find_plainly(const Byte* first, const Byte* last);
+  const Byte* find_by_ends(const Byte* first, const Byte* last);
   const Byte* find_filtered(const Byte* first, const Byte* last);
   const Byte* find_linearly(const Byte* first, const Byte* last);
+  // Whether the filter leaves nothing to be compared.
+  bool is_seen_whole() const { return length_ <= kMostAnchors; }
   bool occurs_at(const Byte* position);
   bool has_outworked(const Byte* first);
-  void choose_anchors(const Byte* first, const Byte* end);
 
   const Byte* needle_;
   Offset length_;
@@ -53,11 +55,21 @@ class ByteSearcher {
   // Work allowed before the linear search takes over, in bytes compared.
   static constexpr Offset kFreeWork = 8192;
   Offset work_ = 0;
+  Offset stretch_ = 0;  // how long it took over the last time
   const Byte* work_start_ = nullptr;
   const Byte* linear_until_ = nullptr;
 
-  Anchor anchors_[2];
-  std::optional<CandidateScan> candidates_;
+  // For ranges that are long enough.
+  struct Filter {
+    Filter(const Byte* needle, Offset length, const Byte* first,
+           const Byte* end);
+    Filter(const Filter&) = delete;
+    Filter& operator=(const Filter&) = delete;
+
+    Anchor anchors[kMostAnchors];
+    CandidateScan candidates;
+  };
+  std::optional<Filter> filter_;
   std::optional<TwoWay> linear_;
 };
 

@@ -59,45 +59,51 @@ TwoWay::TwoWay(const Byte* needle, Offset length)
   }
 }
 
-bool TwoWay::fits_right(const Byte* window, Offset& index) const {
-  index = std::max(cut_, remembered_);
+// The first mismatch in the right part, behind what is remembered to fit;
+// length_ when it all fits.
+inline Offset TwoWay::right_mismatch(const Byte* window,
+                                     Offset remembered) const {
+  Offset index = std::max(cut_, remembered);
   while (index < length_ && needle_[index] == window[index]) ++index;
-  return index == length_;
+  return index;
 }
 
-bool TwoWay::fits_left(const Byte* window) const {
+inline bool TwoWay::fits_left(const Byte* window, Offset remembered) const {
   Offset index = cut_;
-  while (index > remembered_ && needle_[index - 1] == window[index - 1]) {
+  while (index > remembered && needle_[index - 1] == window[index - 1]) {
     --index;
   }
-  return index <= remembered_;
+  return index <= remembered;
 }
 
 const Byte* TwoWay::find(const Byte* first, const Byte* limit) {
-  if (window_ == nullptr || window_ < first) {
-    window_ = first;
-    remembered_ = 0;
-  }
-  while (window_ < limit) {
-    if (remembered_ == 0) {
-      const Offset behind = from_end_[window_[length_ - 1]];
+  const bool resumes = window_ != nullptr && window_ >= first;
+  const Byte* window = resumes ? window_ : first;
+  Offset remembered = resumes ? remembered_ : 0;
+  const Byte* found = limit;
+  while (window < limit) {
+    if (remembered == 0) {
+      const Offset behind = from_end_[window[length_ - 1]];
       if (behind > 0) {
-        window_ += behind;
+        window += behind;
         continue;
       }
     }
-    Offset index = 0;
-    if (!fits_right(window_, index)) {
-      window_ += index - cut_ + 1;
-      remembered_ = 0;
+    if (const Offset at = right_mismatch(window, remembered); at < length_) {
+      window += at - cut_ + 1;
+      remembered = 0;
       continue;
     }
-    const bool found = fits_left(window_);
-    if (found) return window_;
-    window_ += period_;
-    remembered_ = repeats_ ? length_ - period_ : 0;
+    if (fits_left(window, remembered)) {
+      found = window;
+      break;
+    }
+    window += period_;
+    remembered = repeats_ ? length_ - period_ : 0;
   }
-  return limit;
+  window_ = window;
+  remembered_ = remembered;
+  return found;
 }
 
 }  // namespace quill

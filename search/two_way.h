@@ -24,8 +24,8 @@ class TwoWay {
   const Byte* find(const Byte* first, const Byte* limit);
 
  private:
-  bool fits_right(const Byte* window, Offset& index) const;
-  bool fits_left(const Byte* window) const;
+  Offset right_mismatch(const Byte* window, Offset remembered) const;
+  bool fits_left(const Byte* window, Offset remembered) const;
 
   const Byte* needle_;
   Offset length_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <limits>
 
 #include "blocks/scratch.h"
 #include "selection/comparable_text.h"
@@ -79,12 +80,15 @@ bool order_equals(Items items, int number_bits) {
   return true;
 }
 
+int bits_for(std::uint32_t greatest) {
+  return static_cast<int>(std::bit_width(greatest));
+}
+
 bool order_ranked(Items items, const Ranks& ranks) {
   if (ranks.most_equal == 1) return true;
-  const auto number_bits =
-      static_cast<int>(std::bit_width(ranks.most_equal - 1));
-  if (static_cast<int>(std::bit_width(ranks.different - 1)) + number_bits <=
-      32) {
+  const int number_bits = bits_for(ranks.most_equal - 1);
+  // Half the memory, while both fit into it.
+  if (bits_for(ranks.different - 1) + number_bits <= 32) {
     return order_equals<std::uint32_t>(items, number_bits);
   }
   return order_equals<std::uint64_t>(items, 32);

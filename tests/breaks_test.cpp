@@ -118,7 +118,10 @@ TEST(BreakLists, FollowTheSteps) {
   int made = 0;
   for (int round = 0; round < 12'000; ++round) {
     const ListKind& kind = kKinds[round % 2];
-    const std::string text = random_lines(random);
+    std::string text = random_lines(random);
+    if (random.one_in(60)) {
+      for (int i = 0; i < 12; ++i) text += random_lines(random);
+    }
     const auto size = static_cast<std::int32_t>(text.size());
     model::Breaking of{text};
     of.start = random.one_in(2) ? 0 : random.between(-1, size);

@@ -196,7 +196,7 @@ Search random_search(Random& random) {
 TEST(ByteSearch, AgreesWithModelOnRandomTexts) {
   with_each_kernel([] {
     Random random(11);
-    for (int round = 0; round < 1500; ++round) {
+    for (int round = 0; round < 500; ++round) {
       Search search = random_search(random);
       for (const std::int32_t yield_max : kYieldMaxima) {
         search.yield_max = yield_max;

@@ -1,6 +1,7 @@
 #include "tests/models/selection_model.h"
 
 #include <algorithm>
+#include <climits>
 
 namespace quill::test::model {
 namespace {
@@ -92,8 +93,11 @@ Copied copy(std::string_view text, std::int32_t capacity, std::int32_t before,
     // An end before the start is the copy's to decide: nothing.
     const std::int64_t length = std::max<std::int64_t>(list[at + 1] - start, 0);
     if (capacity < out.copied + length) return {0, out.copied, out.bytes};
-    out.bytes += text.substr(static_cast<std::size_t>(start),
-                             static_cast<std::size_t>(length));
+    if (length > 0 && start < 0) return {0, out.copied, out.bytes};
+    if (length > 0) {
+      out.bytes += text.substr(static_cast<std::size_t>(start),
+                               static_cast<std::size_t>(length));
+    }
     out.copied += static_cast<std::int32_t>(length);
     if (done == YieldMax) {
       go_on = host.ask(reference, done);
@@ -107,7 +111,8 @@ int compare(std::string_view text, const std::int32_t* a, const std::int32_t* b,
             const Mask& mask) {
   const std::int64_t length_a = std::int64_t{a[1]} - a[0];
   const std::int64_t length_b = std::int64_t{b[1]} - b[0];
-  const int by_length = static_cast<int>(length_a - length_b);
+  const int by_length = static_cast<int>(
+      std::clamp<std::int64_t>(length_a - length_b, INT_MIN, INT_MAX));
   if (length_a <= 0 || length_b <= 0) return by_length;
   std::int64_t in_a = a[0];
   std::int64_t in_b = b[0];
@@ -207,6 +212,9 @@ Extracted extract(std::string_view text, const Longs& list,
                   std::string_view prefix, std::string_view suffix,
                   std::int32_t reference, YieldRecorder& host) {
   if (list.size() < 2) return {0, false, {}};
+  for (std::size_t i = 0; i + 1 < list.size(); i += 2) {
+    if (list[i] < list[i + 1] && list[i] < 0) return {0, false, {}};
+  }
   std::string out;
   NaiveMeter meter{host, reference};
   for (std::size_t i = 0; i + 1 < list.size() && meter.go_on;) {

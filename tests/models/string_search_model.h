@@ -62,7 +62,7 @@ class StringModel {
   bool matches(std::int32_t position, std::int32_t* next) const;
   bool full_scan(std::int32_t p, std::int32_t* found_start,
                  std::int32_t* found_end) const;
-  bool first_byte_scan(std::int32_t p, std::int32_t* found_start,
+  bool first_byte_scan(std::int32_t start, std::int32_t* found_start,
                        std::int32_t* found_end) const;
   unsigned char byte(std::int64_t at) const {
     return static_cast<unsigned char>(c_.text[at]);
