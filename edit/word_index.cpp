@@ -14,16 +14,12 @@ constexpr Offset kFewWords = 8;
 constexpr Offset kFewSelections = 16;
 
 constexpr std::int32_t kNowhere = -1;  // the place in a free slot
-constexpr std::uint64_t kSeed = 0x9E3779B97F4A7C15;
+// Characters of a word by which most selections are ruled out.
+constexpr Offset kMostBeginning = 4;
 
 std::uint64_t extend_hash(std::uint64_t hash, std::int32_t character) {
   hash = (hash ^ static_cast<std::uint32_t>(character)) * 0xD6E8FEB86659FD93;
   return hash ^ hash >> 32;
-}
-
-// Slots are chosen by the low bits.
-std::uint32_t tag_of(std::uint64_t hash) {
-  return static_cast<std::uint32_t>(hash >> 32);
 }
 
 std::uint64_t length_bit(Offset length) {
@@ -46,6 +42,17 @@ Offset slots_for(std::int32_t word_count, Offset selection_count) {
       std::bit_ceil(static_cast<std::uint64_t>(word_count) * 2));
 }
 
+// Sixteen bits or more for each word.
+Offset filter_words_for(Offset slot_count) { return slot_count / 8; }
+
+// Reading is dearer than mapping, and most text is ASCII.
+Character read_quickly(const MaskedSelection& in, Offset position) {
+  if (position < in.end && in.text[position] < 0x80) {
+    return {position, position + 1, in.text[position], true};
+  }
+  return read_next(in.text, position, in.end);
+}
+
 // A word that its host left null is no selection's beginning.
 bool begins_with(const MaskedSelection& selection, const QuillWordEntry& word) {
   if (word.word == nullptr || selection.start < 0) return false;
@@ -62,67 +69,175 @@ bool are_equal(const QuillWordEntry& word, const QuillWordEntry& other) {
 
 }  // namespace
 
+// The characters of a word, or of a selection up to a point, one after the
+// other. The hash is worked out when it is asked for, as long as the key has
+// room for the characters.
+class WordIndex::Beginning {
+ public:
+  void add(std::int32_t character) {
+    const auto bits = static_cast<std::uint32_t>(character);
+    if (fits_ && length_ < kMostUnits && bits <= 0xFFFF) {
+      units_[static_cast<std::size_t>(length_) / 4] |= std::uint64_t{bits}
+                                                       << (length_ % 4 * 16);
+    } else {
+      hash_ = extend_hash(hash(), character);
+      fits_ = false;
+    }
+    ++length_;
+  }
+
+  // The same for the first four characters where they are ASCII and fit, with
+  // no step waiting for the one before. Returns whether they are.
+  bool add_four(const Byte* text, const std::int32_t* ascii) {
+    const Byte any = text[0] | text[1] | text[2] | text[3];
+    if (ascii == nullptr || any >= 0x80) return false;
+    std::uint64_t units = 0;
+    std::uint32_t all_bits = 0;
+    for (std::size_t i = 0; i < 4; ++i) {
+      const auto bits = static_cast<std::uint32_t>(ascii[text[i]]);
+      units |= std::uint64_t{bits} << (i * 16);
+      all_bits |= bits;
+    }
+    if (all_bits > 0xFFFF) return false;
+    units_[0] = units;
+    length_ = 4;
+    return true;
+  }
+
+  std::uint64_t hash() const {
+    if (!fits_) return hash_;
+    std::uint64_t hash =
+        units_[0] * 0x9E3779B97F4A7C15 + units_[1] * 0xC2B2AE3D27D4EB4F +
+        units_[2] * 0x165667B19E3779F9 + static_cast<std::uint32_t>(length_);
+    hash = (hash ^ hash >> 32) * 0xD6E8FEB86659FD93;
+    return hash ^ hash >> 32;
+  }
+  std::int32_t length() const { return length_; }
+
+  // Whether the key tells it from all others.
+  bool fits() const { return fits_; }
+
+  Key key() const {
+    if (fits_) return {units_, length_};
+    return {{hash_, 0, 0}, ~length_};
+  }
+
+ private:
+  static constexpr std::int32_t kMostUnits = 12;
+
+  std::array<std::uint64_t, 3> units_{};
+  std::uint64_t hash_ = 0;
+  std::int32_t length_ = 0;
+  bool fits_ = true;
+};
+
 WordIndex::WordIndex(const QuillWordEntry* const* words,
                      std::int32_t word_count, Offset selection_count)
     : words_(words),
       empty_word_(find_empty_word(words, word_count)),
       slots_(slots_for(empty_word_, selection_count)),
+      filter_(filter_words_for(slots_.size())),
+      shortest_(kMaxLong),
       has_empty_word_(words != nullptr && empty_word_ < word_count) {
   if (slots_.size() == 0) return;
-  std::fill_n(slots_.data(), slots_.size(), Slot{0, kNowhere});
+  std::fill_n(slots_.data(), slots_.size(), Slot{{}, kNowhere});
+  std::fill_n(filter_.data(), filter_.size(), 0);
+  for (std::int32_t place = 0; place < empty_word_; ++place) {
+    shortest_ = std::min<Offset>(shortest_, words_[place]->word_count);
+  }
+  beginning_ = std::min(shortest_, kMostBeginning);
   for (std::int32_t place = 0; place < empty_word_; ++place) insert(place);
+}
+
+void WordIndex::pass_filter(std::uint64_t hash) {
+  if (filter_.size() == 0) return;
+  const std::uint64_t bit = hash >> 24;
+  const Offset at = static_cast<Offset>(bit >> 6) & (filter_.size() - 1);
+  filter_[at] |= std::uint64_t{1} << (bit & 63);
+}
+
+bool WordIndex::passes_filter(std::uint64_t hash) const {
+  if (filter_.size() == 0) return true;
+  const std::uint64_t bit = hash >> 24;
+  const Offset at = static_cast<Offset>(bit >> 6) & (filter_.size() - 1);
+  return (filter_[at] >> (bit & 63) & 1) != 0;
 }
 
 // Of equal words only the first is kept.
 void WordIndex::insert(std::int32_t place) {
   const QuillWordEntry& word = *words_[place];
   if (word.word == nullptr) return;
-  std::uint64_t hash = kSeed;
+  Beginning beginning;
   for (std::int32_t i = 0; i < word.word_count; ++i) {
-    hash = extend_hash(hash, word.word[i]);
+    beginning.add(word.word[i]);
+    if (beginning.length() == beginning_) pass_filter(beginning.hash());
   }
+  pass_filter(beginning.hash());
   longest_ = std::max<Offset>(longest_, word.word_count);
   lengths_ |= length_bit(word.word_count);
+  const Key key = beginning.key();
   const Offset last = slots_.size() - 1;
-  Offset at = static_cast<Offset>(hash) & last;
+  Offset at = static_cast<Offset>(beginning.hash()) & last;
   for (; slots_[at].place != kNowhere; at = (at + 1) & last) {
-    if (slots_[at].tag == tag_of(hash) &&
-        are_equal(*words_[slots_[at].place], word)) {
+    if (slots_[at].key == key &&
+        (beginning.fits() || are_equal(*words_[slots_[at].place], word))) {
       return;
     }
   }
-  slots_[at] = {tag_of(hash), place};
+  slots_[at] = {key, place};
 }
 
-// The place of the word that is the selection's first `length` characters, or
-// that of the empty word.
-std::int32_t WordIndex::probe(std::uint64_t hash, Offset length,
+// The place of the word that the selection's beginning is, or that of the
+// empty word.
+std::int32_t WordIndex::probe(const Beginning& beginning,
                               const MaskedSelection& selection) const {
+  const Key key = beginning.key();
   const Offset last = slots_.size() - 1;
-  Offset at = static_cast<Offset>(hash) & last;
+  Offset at = static_cast<Offset>(beginning.hash()) & last;
   for (; slots_[at].place != kNowhere; at = (at + 1) & last) {
-    if (slots_[at].tag != tag_of(hash)) continue;
-    const QuillWordEntry& word = *words_[slots_[at].place];
-    if (word.word_count == length && begins_with(selection, word)) {
+    if (slots_[at].key == key &&
+        (beginning.fits() ||
+         begins_with(selection, *words_[slots_[at].place]))) {
       return slots_[at].place;
     }
   }
   return empty_word_;
 }
 
+// Puts the word that the selection's beginning is, if it comes before `first`,
+// in its place. False when no longer beginning can be a word.
+bool WordIndex::consider(const Beginning& beginning,
+                         const MaskedSelection& selection,
+                         std::int32_t& first) const {
+  const std::int32_t length = beginning.length();
+  if (length < beginning_) return true;
+  const bool passes = passes_filter(beginning.hash());
+  if (passes && (lengths_ & length_bit(length)) != 0) {
+    first = std::min(first, probe(beginning, selection));
+  }
+  return passes || length > beginning_;
+}
+
 std::int32_t WordIndex::look_up(const MaskedSelection& selection) const {
   std::int32_t first = empty_word_;
-  if (selection.start < 0) return first;
-  std::uint64_t hash = kSeed;
+  // No character is shorter than a byte.
+  if (selection.start < 0 || selection.text == nullptr ||
+      selection.end - selection.start < shortest_) {
+    return first;
+  }
+  Beginning beginning;
   Offset position = selection.start;
-  for (Offset length = 1; length <= longest_; ++length) {
-    const Character read = read_next(selection.text, position, selection.end);
+  if (beginning_ == kMostBeginning &&
+      beginning.add_four(selection.text + position, selection.mask.ascii())) {
+    if (!consider(beginning, selection, first)) return first;
+    position += kMostBeginning;
+  }
+  while (beginning.length() < longest_) {
+    const Character read = read_quickly(selection, position);
     if (!read.found) break;
     position = read.next;
-    hash = extend_hash(hash, selection.mask.map(read.packed));
-    if ((lengths_ & length_bit(length)) != 0) {
-      first = std::min(first, probe(hash, length, selection));
-    }
+    beginning.add(selection.mask.map(read.packed));
+    if (!consider(beginning, selection, first)) break;
   }
   return first;
 }

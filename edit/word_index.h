@@ -8,8 +8,12 @@
 // selections are to be looked up among many words, an index holds the words by
 // a hash of their characters: a selection's hash grows character by character,
 // and at each length that some word has, the index tells whether that prefix
-// is one. Without memory for the index the words are tried in order.
+// is one. Mostly it is none, and a small filter of bits tells so: first for the
+// first few characters, then for each prefix. Without memory for the index the
+// words are tried in order.
 #pragma once
+
+#include <array>
 
 #include "blocks/base.h"
 #include "blocks/scratch.h"
@@ -36,24 +40,42 @@ class WordIndex {
   const QuillWordEntry* find(const MaskedSelection& selection) const;
 
  private:
+  // What words are found by: up to 12 characters below 0x10000 themselves, or
+  // the hash of other words, which are then compared as well.
+  struct Key {
+    std::array<std::uint64_t, 3> units;  // four characters in each
+    std::int32_t length;                 // in characters; ~length for a hash
+
+    bool operator==(const Key&) const = default;
+  };
+
   struct Slot {
-    std::uint32_t tag;   // of the word's hash
+    Key key;
     std::int32_t place;  // of the word in the table
   };
 
+  class Beginning;
+
   void insert(std::int32_t place);
   std::int32_t look_up(const MaskedSelection& selection) const;
-  std::int32_t probe(std::uint64_t hash, Offset length,
+  std::int32_t probe(const Beginning& beginning,
                      const MaskedSelection& selection) const;
+  bool consider(const Beginning& beginning, const MaskedSelection& selection,
+                std::int32_t& first) const;
+  void pass_filter(std::uint64_t hash);
+  bool passes_filter(std::uint64_t hash) const;
   std::int32_t try_in_order(const MaskedSelection& selection) const;
 
   const QuillWordEntry* const* words_;
   std::int32_t empty_word_;  // place of the first word of no characters, or
                              // the number of words; only those before it count
   Scratch<Slot> slots_;      // open addressing; of size 0 without an index
-  Offset longest_ = 0;       // characters in the longest word of the index
-  std::uint64_t lengths_ = 0;  // bit n: some word has n characters, or more
-                               // than 62 for the last bit
+  Scratch<std::uint64_t> filter_;  // bits by hash: of words and beginnings
+  Offset shortest_;                // characters in the shortest word
+  Offset beginning_ = 0;           // characters in what is filtered first
+  Offset longest_ = 0;             // and in the longest
+  std::uint64_t lengths_ = 0;      // bit n: some word has n characters, or more
+                                   // than 62 for the last bit
   bool has_empty_word_;
 };
 

@@ -1,7 +1,11 @@
 // Replacing words through a table: a pattern finds the words of a text, the
 // table says what to put in their place, and one edit puts it there.
+#include <string_view>
+
 #include "blocks/block_lock.h"
+#include "edit/byte_string.h"
 #include "edit/insert_multiple.h"
+#include "edit/splice.h"
 #include "edit/word_index.h"
 #include "pattern/pattern_search_all.h"
 #include "quillcore.h"
@@ -44,13 +48,20 @@ struct WordTable {
   std::int32_t count;
 };
 
-// The entries of the selections that have a word, in one piece: nobody outside
-// sees them, so the other selections need none.
-struct Replacements {
-  explicit Replacements(Offset most) : entries(most), pointers(most) {}
-  bool refused() const { return entries.refused() || pointers.refused(); }
+// What takes a selection's place.
+struct Replacement {
+  std::int32_t start;
+  std::int32_t end;
+  std::string_view bytes;
+};
 
-  void look_up(const Byte* text, std::span<const Selection> selections,
+// Those of the selections that begin with a word. Nobody outside sees them, so
+// the other selections need none, and no table is made.
+struct Replacements {
+  explicit Replacements(Offset most) : found(most) {}
+
+  // False when a word that matches has no usable replacement.
+  bool look_up(const Byte* text, std::span<const Selection> selections,
                const WordTable& table, const Mask& mask) {
     const auto selection_count = static_cast<Offset>(selections.size());
     const WordIndex index(table.words, table.count, selection_count);
@@ -59,30 +70,63 @@ struct Replacements {
       const QuillWordEntry* word =
           index.find({text, selection.start, selection.end, mask_table});
       if (word == nullptr) continue;
-      entries[count] = entry_for(*word, selection.start, selection.end);
-      pointers[count] = &entries[count];
-      ++count;
+      if (!is_byte_string(word->replacement, word->replacement_length)) {
+        return false;
+      }
+      found[count++] = {
+          selection.start, selection.end,
+          byte_string(word->replacement, word->replacement_length)};
+      growth += word->replacement_length - selection.length();
     }
+    return true;
   }
 
-  std::span<QuillReplaceEntry* const> used() const {
-    return pointers.span().first(static_cast<std::size_t>(count));
-  }
-
-  Scratch<QuillReplaceEntry> entries;
-  Scratch<QuillReplaceEntry*> pointers;
+  Scratch<Replacement> found;
   Offset count = 0;
+  Offset growth = 0;
 };
 
-// False when memory is short or the edit fails.
+// The replacements as the edit asks for them.
+class WordEdits {
+ public:
+  static constexpr bool kNotesPlaces = false;
+
+  explicit WordEdits(std::span<const Replacement> found) : found_(found) {}
+
+  Offset count() const { return std::ssize(found_); }
+  Offset start(Offset k) const { return at(k).start; }
+  Offset end(Offset k) const { return at(k).end; }
+  static bool is_kept(Offset) { return false; }
+  Offset length(Offset k) const { return std::ssize(at(k).bytes); }
+  void put(Offset k, Offset length, char* to) const {
+    move_bytes(to, at(k).bytes.data(), length);
+  }
+
+ private:
+  const Replacement& at(Offset k) const {
+    return found_[static_cast<std::size_t>(k)];
+  }
+
+  std::span<const Replacement> found_;
+};
+
+// False, with the text as it was, when memory is short, a replacement can't be
+// used or the text would become too long. The selections come from a search
+// and are in order.
 bool replace_words(QuillBlock text, QuillBlock list, const WordTable& table,
                    const Mask& mask) {
-  const BlockLock selections(list);
-  const std::span<const Selection> words = selections_of(selections.longs());
+  const BlockLock list_lock(list);
+  const std::span<const Selection> words = selections_of(list_lock.longs());
   Replacements replacements(static_cast<Offset>(words.size()));
-  if (replacements.refused()) return false;
-  replacements.look_up(BlockLock(text).bytes(), words, table, mask);
-  return replacements.count == 0 || insert_multiple(text, replacements.used());
+  BlockLock text_lock(text);
+  if (replacements.found.refused() ||
+      !replacements.look_up(text_lock.bytes(), words, table, mask)) {
+    return false;
+  }
+  const auto count = static_cast<std::size_t>(replacements.count);
+  return count == 0 ||
+         splice(text_lock, WordEdits(replacements.found.span().first(count)),
+                replacements.growth);
 }
 
 }  // namespace

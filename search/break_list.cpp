@@ -3,6 +3,7 @@
 // A break list is a selection list in which every break is an empty selection.
 #include "blocks/active_block.h"
 #include "blocks/block_lock.h"
+#include "blocks/byte_scan.h"
 #include "blocks/yield_meter.h"
 #include "quillcore.h"
 #include "search/line_scan.h"
@@ -35,14 +36,57 @@ struct BreakList {
   ActiveBlock block;
 };
 
+// Steps over characters in stretches that are known to have them in order,
+// where only their first bytes need to be found.
+class ChunkScan {
+ public:
+  explicit ChunkScan(const Range& in) : in_(in) {}
+
+  // As step_characters, to the end of the range.
+  Stepped step(Offset position, Offset wanted) {
+    Offset done = 0;
+    while (is_in_order_from(position)) {
+      const Byte* first = in_.text + position;
+      const Byte* last = in_.text + in_order_end_;
+      const Byte* reached = nth_lead(first, last, wanted - done);
+      position = reached - in_.text;
+      if (reached != last) return {position, wanted, false, false};
+      done += count_leads(first, last);
+      if (done == wanted || position == in_.end) {
+        return {position, done, false, false};
+      }
+    }
+    Stepped rest = step_characters(in_.text, position, in_.end, wanted - done);
+    rest.characters += done;
+    return rest;
+  }
+
+ private:
+  static constexpr Offset kStretch = 4096;
+
+  bool is_in_order_from(Offset position) {
+    if (position >= in_order_start_ && position < in_order_end_) return true;
+    const Byte* first = in_.text + position;
+    const Byte* last = in_.text + std::min(position + kStretch, in_.end);
+    in_order_start_ = position;
+    in_order_end_ = walk_characters(first, last, kStretch).next - in_.text;
+    return in_order_end_ > position;
+  }
+
+  Range in_;
+  Offset in_order_start_ = 0;
+  Offset in_order_end_ = 0;
+};
+
 // False when a character can't be read, or when stray continuation bytes keep
 // a step from moving: it would never end. Every break lies at least `chunk`
 // bytes behind the one before it, so the list holds them all.
 bool break_every(const Range& in, Offset chunk, BreakList& list,
                  YieldMeter meter) {
+  ChunkScan scan(in);
   Offset position = in.start;
   while (position < in.end && meter.go_on()) {
-    const Stepped stepped = step_characters(in.text, position, in.end, chunk);
+    const Stepped stepped = scan.step(position, chunk);
     if (stepped.failed || stepped.stuck) return false;
     position = stepped.offset;
     if (stepped.characters == chunk) list.store(position);

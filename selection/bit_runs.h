@@ -30,17 +30,25 @@ inline void set_in_word(Byte* bits, Offset word, std::uint64_t value) {
   std::memcpy(bits + word * 8, &value, sizeof value);
 }
 
+// How a run's words are written. Whether a short run lies in one word or in two
+// can mostly not be foreseen: then both are written, without a branch, and may
+// be the same one. With selections evenly spaced the branch costs less.
+enum class Placing { kUneven, kEven };
+
 // Sets the bits from `first` to `last`, both included.
-//
-// Whether a short run lies in one word or two can't be foreseen: both words are
-// written, without a branch, and may be the same one.
+template <Placing kPlacing = Placing::kUneven>
 inline void set_run_in_words(Byte* bits, std::uint32_t first,
                              std::uint32_t last) {
   const std::uint32_t first_word = first >> 6;
   const std::uint32_t last_word = last >> 6;
   const std::uint64_t from_first = ~std::uint64_t{0} << (first & 63);
   const std::uint64_t to_last = ~std::uint64_t{0} >> (~last & 63);
-  const std::uint64_t other = std::uint64_t{first_word == last_word} - 1;
+  if (kPlacing == Placing::kEven && first_word == last_word) {
+    return set_in_word(bits, first_word, from_first & to_last);
+  }
+  const std::uint64_t other = kPlacing == Placing::kEven
+                                  ? ~std::uint64_t{0}
+                                  : std::uint64_t{first_word == last_word} - 1;
   set_in_word(bits, first_word, from_first & (to_last | other));
   set_in_word(bits, last_word, to_last & (from_first | other));
   if (last_word - first_word > 1) [[unlikely]] {
@@ -63,6 +71,7 @@ inline void set_run(Byte* bits, Offset byte_count, std::uint32_t first,
 
 // Sets the bits start + 1 to end of each selection, cut to the text. The set
 // has those bits in its first `byte_count` bytes.
+template <Placing kPlacing>
 inline void set_selections(Byte* bits, Offset byte_count,
                            std::span<const Selection> selections,
                            std::int32_t text_length) {
@@ -71,7 +80,7 @@ inline void set_selections(Byte* bits, Offset byte_count,
   // In a list that is out of order the words to come are fetched early.
   constexpr std::size_t kAhead = 24;
   for (std::size_t i = 0; i < selections.size(); ++i) {
-    if (i + kAhead < selections.size()) {
+    if (kPlacing == Placing::kUneven && i + kAhead < selections.size()) {
       __builtin_prefetch(bits + (selections[i + kAhead].start >> 3), 1);
     }
     const auto [start, end] = selections[i];
@@ -79,7 +88,7 @@ inline void set_selections(Byte* bits, Offset byte_count,
     const auto last = static_cast<std::uint32_t>(end);
     // Negative offsets are beyond every text here.
     if (first - 1 < last && last <= in_words) [[likely]] {
-      set_run_in_words(bits, first, last);
+      set_run_in_words<kPlacing>(bits, first, last);
       continue;
     }
     const std::int32_t from = std::max(start, 0);
@@ -88,6 +97,37 @@ inline void set_selections(Byte* bits, Offset byte_count,
       set_run(bits, byte_count, static_cast<std::uint32_t>(from) + 1,
               static_cast<std::uint32_t>(to));
     }
+  }
+}
+
+// A guess from the first few selections; only speed depends on it.
+inline Placing placing_of(std::span<const Selection> selections) {
+  constexpr std::size_t kFew = 8;
+  if (selections.size() < kFew) return Placing::kUneven;
+  const Offset gap = Offset{selections[1].start} - selections[0].start;
+  for (std::size_t i = 1; i < kFew; ++i) {
+    const Offset off =
+        Offset{selections[i].start} - selections[i - 1].start - gap;
+    if (off < -1 || off > 1 ||
+        selections[i].length() != selections[0].length()) {
+      return Placing::kUneven;
+    }
+  }
+  return Placing::kEven;
+}
+
+inline void set_selections(Byte* bits, Offset byte_count,
+                           std::span<const Selection> selections,
+                           std::int32_t text_length) {
+  constexpr std::size_t kAtOnce = 1024;
+  while (!selections.empty()) {
+    const auto some = selections.first(std::min(kAtOnce, selections.size()));
+    if (placing_of(some) == Placing::kEven) {
+      set_selections<Placing::kEven>(bits, byte_count, some, text_length);
+    } else {
+      set_selections<Placing::kUneven>(bits, byte_count, some, text_length);
+    }
+    selections = selections.subspan(some.size());
   }
 }
 

@@ -66,10 +66,10 @@ bool sort_by_ranks(std::span<Element> list, const Byte* text,
   const auto count = std::ssize(list);
   const Scratch<RankedText> items(count);
   const Scratch<Element> sorted(count);
-  if (text == nullptr || items.refused() || sorted.refused()) return false;
+  Element* next = sorted.data();
+  if (text == nullptr || items.refused() || next == nullptr) return false;
   if (!list_texts<Element>(list, items.data())) return false;
   if (!order_by_ranks(text, items.span(), mask)) return false;
-  Element* next = sorted.data();
   for (const RankedText& item : items.span()) *next++ = list[item.index];
   std::copy_n(sorted.data(), count, list.data());
   return true;

@@ -105,9 +105,10 @@ std::string random_lines(Random& random) {
     text += std::string(
         static_cast<std::size_t>(random.one_in(8) ? random.between(0, 90) : 0),
         'w');
-    if (random.one_in(3))
+    if (random.one_in(3)) {
       text +=
           random.pick(std::vector<std::string>{" ", " ", "\r\n", "\n", "\r"});
+    }
     if (random.one_in(malformed)) text += random_bytes(random, 3);
   }
   return text;

@@ -379,6 +379,7 @@ TEST(SortSelections, AsTheModelWhenThereAreMany) {
                        start);
   }
   std::vector<std::string_view> sorted;
+  sorted.reserve(texts.size());
   for (const auto& each : texts) sorted.push_back(each.first);
   std::sort(sorted.begin(), sorted.end());
   std::vector<std::pair<std::ptrdiff_t, std::int32_t>> places;

@@ -34,14 +34,14 @@ class AsciiMap {
   // each. Returns their number, at most `most`.
   Offset map(const Byte* from, char* to, Offset most) const {
     Offset done = 0;
-    if (has_ranges_) {
+    // Between words of other scripts stands a single space: no block then.
+    if (has_ranges_ && most >= kBlock && from[1] < 0x80) {
       while (done + kBlock <= most && is_ascii_block(from + done)) {
         map_block(from + done, to + done);
         done += kBlock;
       }
-    } else if (table_ == nullptr) {
-      return 0;
     }
+    if (table_ == nullptr) return 0;
     while (done < most && from[done] < 0x80) {
       const std::int32_t mapped = table_[from[done]];
       if ((mapped & ~0xFF) != 0) break;

@@ -68,7 +68,7 @@ class Window {
     for (Offset i = first; i < limit; ++i) {
       if (keys[i] < lowest || keys[i] >= bound_) continue;
       if (size_ == kRoom && !drop_upper_half()) return false;
-      if (keys[i] < bound_) keys_.data()[size_++] = keys[i];
+      if (keys[i] < bound_) keys_[static_cast<std::size_t>(size_++)] = keys[i];
     }
     const auto end = keys_.begin() + size_;
     std::sort(keys_.begin(), end);

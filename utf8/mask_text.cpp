@@ -82,43 +82,55 @@ class MaskedText {
     Offset at = 0;
     Offset characters = 0;
     while (characters < most && at < limit) {
+      Offset run = 0;  // characters done
+      const Offset left = most - characters;
       if (from[at] < 0x80) {
-        const Offset run = ascii_.map(from + at, to + at,
-                                      std::min(limit - at, most - characters));
-        if (run == 0) break;
+        run = ascii_.map(from + at, to + at, std::min(limit - at, left));
         at += run;
-        characters += run;
-        continue;
+      } else if (from[at] < 0xE0) {
+        run = mask_pairs(from + at, to + at, std::min((limit - at) / 2, left));
+        at += 2 * run;
+      } else {
+        const Offset length = copy_longer(from + at, to + at, limit - at);
+        run = length == 0 ? 0 : 1;
+        at += length;
       }
-      const Offset length = mask_longer(from + at, to + at, limit - at);
-      if (length == 0) break;
-      at += length;
-      ++characters;
+      if (run == 0) break;
+      characters += run;
     }
     output_.advance(at);
     position_ += at;
     return characters;
   }
 
-  // Masks the character of two or more bytes at `from` if it is well-formed
-  // and keeps its length, which is returned; else 0.
-  Offset mask_longer(const Byte* from, char* to, Offset room) const {
-    const Byte lead = from[0];
-    const Offset length = length_from_lead(lead);
-    if (!mask_.has_longer() || length == 1 || length > room) return 0;
-    if (length == 2) {
-      const std::int32_t mapped = mask_.map_two_bytes(lead, from[1]);
-      const auto bits = static_cast<std::uint32_t>(mapped);
+  // Masks well-formed characters of two bytes as long as each maps to two.
+  // Returns their number, at most `most`.
+  Offset mask_pairs(const Byte* from, char* to, Offset most) const {
+    if (!mask_.has_longer()) return 0;
+    Offset done = 0;
+    for (; done < most; ++done) {
+      const Byte lead = from[2 * done];
+      const Byte second = from[2 * done + 1];
+      if ((lead & 0xE0) != 0xC0 || !is_continuation(second)) break;
       // Two bytes are written for values from 0x100 to 0xFFFF.
-      if (!is_continuation(from[1]) || bits - 0x100 > 0xFEFF) return 0;
-      to[0] = static_cast<char>(bits);
-      to[1] = static_cast<char>(bits >> 8);
-      return 2;
+      const auto bits =
+          static_cast<std::uint32_t>(mask_.map_two_bytes(lead, second));
+      if (bits - 0x100 > 0xFEFF) break;
+      to[2 * done] = static_cast<char>(bits);
+      to[2 * done + 1] = static_cast<char>(bits >> 8);
     }
+    return done;
+  }
+
+  // Copies the well-formed character of three or four bytes at `from` if no
+  // key can be equal to it. Returns its length, else 0.
+  Offset copy_longer(const Byte* from, char* to, Offset room) const {
+    const Offset length = length_from_lead(from[0]);
+    if (!mask_.has_longer() || length > room) return 0;
     for (Offset i = 1; i < length; ++i) {
       if (!is_continuation(from[i])) return 0;
     }
-    if (!mask_.begins_no_key(lead, from[1])) return 0;
+    if (!mask_.begins_no_key(from[0], from[1])) return 0;
     std::memcpy(to, from, 3);
     to[length - 1] = static_cast<char>(from[length - 1]);
     return length;
