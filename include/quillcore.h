@@ -309,7 +309,7 @@ QUILL_EXPORT int32_t BinarySearchLongs(const int32_t* array, int32_t count,
                                        int32_t key, int32_t* index);
 
 /// Sorts part of an array in place into ascending signed order. Allocates
-/// nothing; n log n comparisons at most.
+/// nothing; takes n log n time at most, whatever the input.
 ///
 /// @param array  the elements
 /// @param first  index of the first element to be sorted
