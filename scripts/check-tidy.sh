@@ -11,7 +11,8 @@ done
 check() {  # build folder, expression for the sources
   local output
   if ! output=$(run-clang-tidy -quiet -j"$(nproc)" -p "build/$1" "$2" 2>&1); then
-    grep -E -A3 'error:|warning:' <<<"$output" | sort -u >&2 || echo "$output" >&2
+    output=$(sed 's/\x1b\[[0-9;]*m//g' <<<"$output")
+    grep -E ' (error|warning): ' <<<"$output" | sort -u >&2 || echo "$output" >&2
     return 1
   fi
 }
