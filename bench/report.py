@@ -23,7 +23,7 @@ class Row:
     """One case: Export/what/size, the time of one call and what it did."""
 
     def __init__(self, run):
-        name = run["name"].removesuffix("/manual_time")
+        name = run["name"].removesuffix("/manual_time").removesuffix("/real_time")
         self.parts = name.split("/")
         self.size = self.parts[-1] if self.parts[-1][0].isdigit() else ""
         what = self.parts[:-1] if self.size else self.parts
@@ -42,7 +42,7 @@ class Row:
         if self.bytes_per_second and self.call > 0:
             return f"{self.bytes_per_second / 1e9:.2f} GB/s"
         if self.items_per_second:
-            return f"{1e9 / self.items_per_second:.2f} ns an item"
+            return f"{1e9 / self.items_per_second:.3g} ns an item"
         return ""
 
 
@@ -74,12 +74,20 @@ def check_coverage(rows):
 
 
 def table(rows):
-    lines = ["| operation | case | size | one call | rate |", "|---|---|---|---|---|"]
+    """One line for each case, with its sizes side by side, grouped by export."""
+    cases = {}
     for row in rows:
-        subject = row.subject if row.is_peer else f"`{row.subject}`"
-        what = row.what.replace("_", " ")
-        lines.append(f"| {subject} | {what} | {row.size.replace('_', ' ')} "
-                     f"| {duration(row.call)} | {row.rate()} |")
+        cases.setdefault(row.subject, {}).setdefault(row.what, []).append(row)
+    lines = ["| operation | case | one call | rate at the largest size |",
+             "|---|---|---|---|"]
+    for subject, whats in cases.items():
+        name = subject if subject.startswith("peer") else f"`{subject}`"
+        for what, sizes in whats.items():
+            calls = ", ".join(
+                f"{row.size.replace('_', ' ')}: {duration(row.call)}" if row.size
+                else duration(row.call) for row in sizes)
+            lines.append(f"| {name} | {what.replace('_', ' ')} | {calls} "
+                         f"| {sizes[-1].rate()} |")
     return "\n".join(lines)
 
 

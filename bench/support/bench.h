@@ -70,7 +70,7 @@ inline void add(const std::string& name, std::int64_t items,
       benchmark::ClobberMemory();
     }
     state.SetItemsProcessed(state.iterations() * items);
-  });
+  })->UseRealTime();
 }
 
 using Source = std::function<const std::string&(std::size_t)>;
@@ -120,7 +120,8 @@ void add_scan(const std::string& name, const Source& source, Work work,
       state.SetBytesProcessed(state.iterations() *
                               static_cast<std::int64_t>(bytes.size()));
     };
-    benchmark::RegisterBenchmark((name + "/" + size_name(size)).c_str(), run);
+    benchmark::RegisterBenchmark((name + "/" + size_name(size)).c_str(), run)
+        ->UseRealTime();
   }
 }
 
