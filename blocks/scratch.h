@@ -33,6 +33,8 @@ class Scratch {
   Offset size() const { return count_; }
   T& operator[](Offset index) const {
     assert(index >= 0 && index < count_);
+    // Refused memory is not indexed, which the analyzer can't know.
+    // NOLINTNEXTLINE(clang-analyzer-core.uninitialized.UndefReturn)
     return elements_[index];
   }
   std::span<T> span() const {
