@@ -31,6 +31,8 @@ bool HeapWatch::refuses() {
 
 using quill::test::HeapWatch;
 
+// The linker's --wrap makes these names.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
 
 void* __real_malloc(std::size_t size);
@@ -69,3 +71,4 @@ void __wrap_free(void* memory) {
 }
 
 }  // extern "C"
+// NOLINTEND(bugprone-reserved-identifier)
