@@ -19,32 +19,33 @@ struct LongPlace {
 //     middle = (low + high) / 2
 //     if key > array[middle]: low = middle + 1, else high = middle
 //
-// They are taken without a branch on the comparison. `left` is high - low + 1:
-// of 2k elements k are left, of 2k + 1 k or, when the key is not greater,
-// k + 1. So the outcomes change the number of steps by one at most, and that
-// last step is taken apart.
+// They are taken without a branch on the comparison. `span` is high - low: half
+// of it stays when the key is not greater, else what is left above the middle.
+// So the outcomes change the number of steps by one at most, and that last step
+// is taken apart.
 inline LongPlace find_long(const std::int32_t* array, std::int32_t count,
                            std::int32_t key) {
   if (count <= 0) return {0, false};
+  const std::int32_t* low = array;
+  std::uint64_t span = static_cast<std::uint32_t>(count) - 1;
+  const auto halve = [&] {
+    const std::uint64_t half = span / 2;
+    const std::uint64_t above = low[half] < key;
+    const std::int32_t* const behind = low + half + 1;
+    low = above != 0 ? behind : low;
+    span = (span - above) / 2;
+  };
+  int steps = 31 - std::countl_zero(static_cast<std::uint32_t>(count));
   // In an array too large for the caches both places that the next step may
   // look at are on their way while this one waits for its own.
   constexpr std::int32_t kFar = 1 << 15;
-  const std::int32_t* low = array;
-  std::uint64_t left = static_cast<std::uint32_t>(count);
-  const auto halve = [&](std::uint64_t half) {
-    const std::uint64_t stays = low[half] >= key;
-    low = stays != 0 ? low : low + half + 1;
-    left = (left + stays) / 2;
-  };
-  int steps = 31 - std::countl_zero(static_cast<std::uint32_t>(left));
   for (; count > kFar && steps > 4; --steps) {
-    const std::uint64_t half = (left - 1) / 2;
-    __builtin_prefetch(low + half / 2);
-    __builtin_prefetch(low + half + half / 2);
-    halve(half);
+    __builtin_prefetch(low + span / 4);
+    __builtin_prefetch(low + span / 2 + span / 4);
+    halve();
   }
-  for (; steps > 0; --steps) halve((left - 1) / 2);
-  low += static_cast<std::uint64_t>(*low < key) & (left - 1);
+  for (; steps > 0; --steps) halve();
+  low += static_cast<std::uint64_t>(*low < key) & span;
   const auto index = static_cast<std::int32_t>(low - array);
   return {index + (*low < key ? 1 : 0), *low == key};
 }
