@@ -1,47 +1,70 @@
 // Moving a piece of text that is mostly short, without a call.
 //
-// All bytes are loaded before the first is stored, so the areas may overlap.
-// Nothing outside the two areas is touched.
+// Everything is loaded before anything is stored, so the two ranges may
+// overlap either way. Only the bytes of the ranges are touched: writing a
+// little too much, where that does no harm, was no faster.
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstring>
 
 #include "blocks/base.h"
 
 namespace quill {
 
-// Moves `count` bytes, at least kHalf and at most two times kHalf, as their
-// first and their last kHalf bytes.
-template <std::size_t kHalf>
-inline void move_two_halves(const char* source, char* destination,
-                            Offset count) {
-  std::array<char, kHalf> first;
-  std::array<char, kHalf> last;
-  const Offset second = count - static_cast<Offset>(kHalf);
-  std::memcpy(first.data(), source, kHalf);
-  std::memcpy(last.data(), source + second, kHalf);
-  std::memcpy(destination, first.data(), kHalf);
-  std::memcpy(destination + second, last.data(), kHalf);
+struct Bytes16 {
+  std::uint64_t low;
+  std::uint64_t high;
+};
+
+template <class T>
+inline T load(const char* from) {
+  T value;
+  std::memcpy(&value, from, sizeof value);
+  return value;
 }
 
-// As memmove. Nothing happens when `count` is 0 or less.
-inline void move_short(const char* source, char* destination, Offset count) {
-  if (count > 64) {
-    std::memmove(destination, source, static_cast<std::size_t>(count));
-  } else if (count >= 32) {
-    move_two_halves<32>(source, destination, count);
-  } else if (count >= 16) {
-    move_two_halves<16>(source, destination, count);
-  } else if (count >= 8) {
-    move_two_halves<8>(source, destination, count);
-  } else if (count >= 4) {
-    move_two_halves<4>(source, destination, count);
-  } else if (count >= 2) {
-    move_two_halves<2>(source, destination, count);
-  } else if (count == 1) {
-    *destination = *source;
+template <class T>
+inline void store(char* to, const T& value) {
+  std::memcpy(to, &value, sizeof value);
+}
+
+// Moves sizeof(T) to twice as many bytes, by a first and a last piece.
+template <class T>
+inline void move_in_two(char* to, const char* from, Offset byte_count) {
+  constexpr Offset kPiece = sizeof(T);
+  const T first = load<T>(from);
+  const T last = load<T>(from + byte_count - kPiece);
+  store(to, first);
+  store(to + byte_count - kPiece, last);
+}
+
+// Moves 33 to 64 bytes.
+inline void move_in_four(char* to, const char* from, Offset byte_count) {
+  const auto first = load<Bytes16>(from);
+  const auto second = load<Bytes16>(from + 16);
+  const auto third = load<Bytes16>(from + byte_count - 32);
+  const auto last = load<Bytes16>(from + byte_count - 16);
+  store(to, first);
+  store(to + 16, second);
+  store(to + byte_count - 32, third);
+  store(to + byte_count - 16, last);
+}
+
+inline void move_bytes(char* to, const char* from, Offset byte_count) {
+  if (byte_count > 64) {
+    std::memmove(to, from, static_cast<std::size_t>(byte_count));
+  } else if (byte_count > 32) {
+    move_in_four(to, from, byte_count);
+  } else if (byte_count >= 16) {
+    move_in_two<Bytes16>(to, from, byte_count);
+  } else if (byte_count >= 8) {
+    move_in_two<std::uint64_t>(to, from, byte_count);
+  } else if (byte_count >= 4) {
+    move_in_two<std::uint32_t>(to, from, byte_count);
+  } else if (byte_count >= 2) {
+    move_in_two<std::uint16_t>(to, from, byte_count);
+  } else if (byte_count == 1) {
+    *to = *from;
   }
 }
 

@@ -8,8 +8,8 @@
 
 #include "blocks/base.h"
 #include "blocks/scratch.h"
+#include "blocks/short_move.h"
 #include "edit/overlay.h"
-#include "edit/short_moves.h"
 
 namespace quill {
 

@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "blocks/base.h"
-#include "edit/short_moves.h"
+#include "blocks/short_move.h"
 #include "selection/selection_list.h"
 
 namespace quill {

@@ -13,7 +13,7 @@
 #include <algorithm>
 
 #include "blocks/block_lock.h"
-#include "edit/short_moves.h"
+#include "blocks/short_move.h"
 
 namespace quill {
 

@@ -39,7 +39,7 @@ bool copy_texts(const char* text, const Destination& to,
     // An end before the start covers nothing.
     if (length > 0) {
       if (selection.start < 0 || length > to.capacity - copied) return false;
-      move_short(text + selection.start, to.bytes + copied, length);
+      move_bytes(to.bytes + copied, text + selection.start, length);
       copied += length;
       *to.copied = to_long(copied);
     }

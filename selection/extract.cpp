@@ -51,7 +51,7 @@ std::optional<Offset> measure(const char* text, Selections selections,
 }
 
 char* append(char* to, const char* bytes, Offset length) {
-  move_short(bytes, to, length);
+  move_bytes(to, bytes, length);
   return to + length;
 }
 
