@@ -114,7 +114,10 @@ class Splice {
         continue;
       }
       const Place place = place_of(edits, k);
-      move_run(place.end, run_end, shift);
+      if (shift != 0) {
+        move_bytes_up(text_ + place.end + shift, text_ + place.end,
+                      run_end - place.end);
+      }
       shift -= place.change();
       edits.put(k, place.length, text_ + place.start + shift);
       if constexpr (Edits::kNotesPlaces) shrunk -= place.shrinkage();
