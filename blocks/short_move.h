@@ -1,11 +1,9 @@
 // Moving a piece of text that is mostly short, without a call.
 //
 // Everything is loaded before anything is stored, so the two ranges may
-// overlap either way. Only the bytes of the ranges are touched: writing a
-// little too much, where that does no harm, was no faster.
+// overlap either way. Only the bytes of the ranges are touched.
 #pragma once
 
-#include <array>
 #include <cstring>
 
 #include "blocks/base.h"
@@ -67,24 +65,6 @@ inline void move_bytes(char* to, const char* from, Offset byte_count) {
   } else if (byte_count == 1) {
     *to = *from;
   }
-}
-
-// As move_bytes, to a place behind `from`. Goes down from the end, as a caller
-// does who moves piece after piece to the right: the caches then see one stream
-// that descends, where memmove takes each piece the other way.
-inline void move_bytes_up(char* to, const char* from, Offset byte_count) {
-  constexpr Offset kLine = 64;
-  constexpr Offset kLong = 1 << 16;  // the way of one piece matters no more
-  if (byte_count <= kLine || byte_count > kLong) {
-    return move_bytes(to, from, byte_count);
-  }
-  using Line = std::array<char, kLine>;
-  const auto first = load<Line>(from);
-  for (Offset left = byte_count; left > kLine;) {
-    left -= kLine;
-    store(to + left, load<Line>(from + left));
-  }
-  store(to, first);
 }
 
 }  // namespace quill

@@ -13,7 +13,7 @@
 #include <algorithm>
 
 #include "blocks/block_lock.h"
-#include "blocks/short_move.h"
+#include "edit/run_moves.h"
 
 namespace quill {
 
@@ -41,7 +41,7 @@ class Splice {
   void run() const {
     Reached at = move_left({});
     while (at.next < edits_.count()) at = move_left(move_right(at));
-    move_run(at.run_start, text_length_, at.shift);
+    run_left(at.run_start, text_length_, at.shift);
   }
 
  private:
@@ -83,7 +83,7 @@ class Splice {
         continue;
       }
       const Place place = place_of(edits, k);
-      move_run(at.run_start, place.start, at.shift);
+      run_left(at.run_start, place.start, at.shift);
       at.run_start = place.start;
       const Offset shift = at.shift + place.change();
       if (shift > 0) break;
@@ -114,10 +114,7 @@ class Splice {
         continue;
       }
       const Place place = place_of(edits, k);
-      if (shift != 0) {
-        move_bytes_up(text_ + place.end + shift, text_ + place.end,
-                      run_end - place.end);
-      }
+      run_right(place.end, run_end, shift);
       shift -= place.change();
       edits.put(k, place.length, text_ + place.start + shift);
       if constexpr (Edits::kNotesPlaces) shrunk -= place.shrinkage();
@@ -152,9 +149,17 @@ class Splice {
             at.shrunk + place.shrinkage()};
   }
 
-  void move_run(Offset start, Offset end, Offset shift) const {
+  // Both may write over what lies between a run and its place: there is nothing
+  // that still has to be read, and nothing that is done.
+  void run_left(Offset start, Offset end, Offset shift) const {
     if (shift == 0) return;
-    move_bytes(text_ + start + shift, text_ + start, end - start);
+    move_run_left(text_ + start + shift, text_ + start, end - start,
+                  std::min(-shift, text_length_ - start));
+  }
+  void run_right(Offset start, Offset end, Offset shift) const {
+    if (shift == 0) return;
+    move_run_right(text_ + start + shift, text_ + start, end - start,
+                   std::min(shift, end));
   }
 
   char* text_;
