@@ -2,8 +2,9 @@
 //
 // The first longs are collected on the stack, so that a search with few
 // matches makes no large Block. When they no longer fit, the Block gets
-// 4,000,000 bytes, and 4,000,000 more each time it is full. What was appended
-// before a growth that could not be had stays in the list.
+// 4,000,000 bytes, and each time it is full half as much again, or 4,000,000
+// more where that can't be had. What was appended before a growth that could
+// not be had stays in the list.
 //
 // The list owns the Block until it is handed over.
 #pragma once

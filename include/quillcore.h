@@ -502,8 +502,7 @@ QUILL_EXPORT int32_t utf8_MatchChar(const int32_t* set, int32_t count,
 /// @param list packed characters
 /// @param count number of characters in the list; 0 or less is an empty list
 /// @return 1 when an element equals `character`. The list is looked through
-/// from
-///   its start. Allocates nothing.
+///   from its start. Allocates nothing.
 QUILL_EXPORT int32_t utf8_InList(int32_t character, const int32_t* list,
                                  int32_t count);
 
@@ -540,8 +539,7 @@ QUILL_EXPORT void utf8_SortMask(int32_t* mask_keys, int32_t* mask_values,
 ///   are in the range, `end` - `start` at most
 /// @param count receives the number of characters stored
 /// @return 0, with nothing written, when `start` is negative or not below
-/// `end`,
-///   or `text` or `array` is null; else 1. Allocates nothing.
+///   `end`, or `text` or `array` is null; else 1. Allocates nothing.
 QUILL_EXPORT int32_t utf8_StringToLongArray(const char* text, int32_t start,
                                             int32_t end,
                                             const int32_t* mask_keys,
@@ -566,19 +564,17 @@ QUILL_EXPORT int32_t utf8_StringToLongArray(const char* text, int32_t start,
 /// @param mask_values the mask's values
 /// @param mask_count number of entries in the mask; below 0 maps nothing
 /// @param output receives the new Block, of exactly the bytes written; the
-/// host's
-///   when the call returns true
+///   host's when the call returns true
 /// @param ignored any value
 /// @param reference handed to `yield` unchanged
 /// @param yield asked every YieldMax characters; hears the offset just past the
 ///   last one. A stop leaves the rest of the range out of the result.
 /// @return 1 with the Block, also after a stop. 0 with `output` not written
-/// when
-///   the range is empty or not inside the text, `source` or an array is null,
-///   or `mask_count` is 0. 0 with null in `output` when no Block can be made. 0
-///   with a Block in `output` that is already disposed of when a character of
-///   the range can't be read, memory runs short, or the result would exceed
-///   2,147,483,647 bytes.
+///   when the range is empty or not inside the text, `source` or an array is
+///   null, or `mask_count` is 0. 0 with null in `output` when no Block can be
+///   made. 0 with a Block in `output` that is already disposed of when a
+///   character of the range can't be read, memory runs short, or the result
+///   would exceed 2,147,483,647 bytes.
 ///
 /// One pass; allocates the result only, which grows when mapped characters are
 /// longer. Text that is mostly ASCII goes fastest.
@@ -598,28 +594,24 @@ QUILL_EXPORT int32_t utf8_MaskString(QuillBlock source, int32_t start,
 ///
 /// @param source the text's Block, only read; comes back unlocked
 /// @param selections address of the list's first long, in offsets of `source`;
-/// only
-///   read
+///   only read
 /// @param long_count number of longs in the list, two for each selection; a
-/// lone
-///   last one is ignored
+///   lone last one is ignored
 /// @param mask_keys the mask's keys, in ascending order
 /// @param mask_values the mask's values
 /// @param mask_count number of entries in the mask; below 0 maps nothing
 /// @param output receives the new Block, of exactly the bytes written; the
-/// host's
-///   when the call returns true
+///   host's when the call returns true
 /// @param reference handed to `yield` unchanged
 /// @param yield asked every YieldMax masked characters; hears the number of
-/// longs
-///   taken from the list so far. After a stop the current selection is finished
-///   (and an answer of 1 in it takes the stop back); later ones are copied as
-///   they are.
+///   longs taken from the list so far. After a stop the current selection is
+///   finished (and an answer of 1 in it takes the stop back); later ones are
+///   copied as they are.
 /// @return 1 with the Block, also after a stop. 0 with `output` not written
-/// when
-///   the text is empty, `source` or an array of the mask is null, `mask_count`
-///   is 0, or a selection reaches beyond the text. Otherwise 0 as for
-///   utf8_MaskString, when a selection ends inside a character too.
+///   when the text is empty, `source` or an array of the mask is null,
+///   `mask_count` is 0, `selections` is null with two longs or more, or a
+///   selection reaches beyond the text. Otherwise 0 as for utf8_MaskString,
+///   when a selection ends inside a character too.
 ///
 /// Allocates the result only.
 QUILL_EXPORT int32_t utf8_MaskStringSelection(
@@ -1067,8 +1059,7 @@ QUILL_EXPORT int32_t utf8_FindStrAll(
 ///   and when the call fails
 /// @param reference handed to `yield` unchanged
 /// @param yield asked every YieldMax characters, counted anew in each
-/// direction;
-///   hears `lower_bound` always
+///   direction; hears `lower_bound` always
 /// @return 1 when each direction has stopped at a character or at its bound. 0
 ///   when a character can't be read or the host stops the search; a start that
 ///   was found by then stays written. Allocates nothing.
@@ -1092,19 +1083,16 @@ QUILL_EXPORT int32_t utf8_FindBreaks(
 /// @param end end of the range, exclusive, at most the Block's size
 /// @param chunk number of characters from one break to the next, at least 1
 /// @param list receives a new Block with the breaks, two equal longs for each;
-/// one
-///   of 0 bytes when there are none. The host's when the call returns true.
+///   one of 0 bytes when there are none. The host's when the call returns true.
 /// @param long_count receives the number of longs in the list
 /// @param reference handed to `yield` unchanged
 /// @param yield asked every YieldMax pieces, the short last one included; hears
-/// the
-///   offset reached. A stop ends the list there.
+///   the offset reached. A stop ends the list there.
 /// @return 1 with the list, also after a stop. 0, with nothing written, when
 ///   `start` is negative, the range is empty or not inside the text, `chunk` is
 ///   below 1, `text` is null, a character can't be read, stray continuation
 ///   bytes keep a step from moving on, or memory is short (the list is
-///   allocated for
-///   (`end` - `start`) / `chunk` breaks of 8 bytes).
+///   allocated for (`end` - `start`) / `chunk` breaks of 8 bytes).
 QUILL_EXPORT int32_t utf8_ComputeBreaks(QuillBlock text, int32_t start,
                                         int32_t end, int32_t chunk,
                                         QuillBlock* list, int32_t* long_count,
@@ -1127,8 +1115,7 @@ QUILL_EXPORT int32_t utf8_ComputeBreaks(QuillBlock text, int32_t start,
 /// @param long_count receives the number of longs in the list
 /// @param reference handed to `yield` unchanged
 /// @param yield asked every YieldMax lines, the last one included; hears the
-/// offset
-///   at which the next line begins. A stop ends the list there.
+///   offset at which the next line begins. A stop ends the list there.
 /// @return 1 with the list, also after a stop. 0, with nothing written, as for
 ///   utf8_ComputeBreaks, also when the list can't grow.
 QUILL_EXPORT int32_t utf8_ComputeSpaceBreaks(
@@ -1223,8 +1210,8 @@ QUILL_EXPORT int32_t utf8_CompareRangePattern(
 /// @param start       set to the start of the match; not written without one
 /// @param end         set to the end of the match; without one it is left with
 ///                    no meaningful value, and unwritten when refused
-/// @param next        set to `to` first, even when refused, and to the end of
-///                    a match
+/// @param next        set to `to` first, even when refused, and to the end of a
+///                    match
 /// @param reference   handed to `yield` unchanged
 /// @param yield       asked after every YieldMax attempts; the search ends
 ///                    unless it answers 1, but a match of the same attempt
@@ -1295,9 +1282,10 @@ QUILL_EXPORT int32_t utf8_CountPatternAll(const char* text, int32_t from,
 /// Lists the matches.
 ///
 /// Works and yields as utf8_CountPatternAll does. The list grows in steps of
-/// 4,000,000 bytes and is trimmed at the end. When it can't grow, the operation
-/// ends at once: the list keeps the matches stored before, the one that did not
-/// fit is dropped, and `stop` is where the search would have gone on after it.
+/// 4,000,000 bytes or more and is trimmed at the end. When it can't grow, the
+/// operation ends at once: the list keeps the matches stored before, the one
+/// that did not fit is dropped, and `stop` is where the search would have gone
+/// on after it.
 ///
 /// @param text        address of offset 0
 /// @param from        byte offset at which the first search begins
@@ -1426,9 +1414,8 @@ QUILL_EXPORT int32_t InsertDualStr(QuillBlock* text, QuillBlock selections,
 ///   decoded and laid over each selection, as by InsertMaskedStr; the variable
 ///   then holds another Block.
 /// - Otherwise every selection gives way to the string's bytes, and an empty
-/// one
-///   is an insertion point. The Block stays the same, every byte moves at most
-///   once, and memory is only needed to grow the Block.
+///   one is an insertion point. The Block stays the same, every byte moves at
+///   most once, and memory is only needed to grow the Block.
 ///
 /// Replacing in place changes the list: every pair becomes the place of its
 /// selection in the text as it would be if only selections longer than the
@@ -1498,11 +1485,10 @@ QUILL_EXPORT int32_t InsertMaskedStr(QuillBlock* text, QuillBlock selections,
 /// when they select an overlay. It comes back unlocked.
 ///
 /// @param text           the Block to edit; null is refused with nothing
-/// written
+///                       written
 /// @param from           where the range begins, a byte offset
 /// @param to             the end of the range, exclusive; once the search was
-/// made
-///                       it is moved by the change in the text's length
+///                       made it is moved by the change in the text's length
 /// @param pattern        the bytes sought
 /// @param pattern_length their number, at least 1
 /// @param reserved1      ignored
@@ -1514,16 +1500,15 @@ QUILL_EXPORT int32_t InsertMaskedStr(QuillBlock* text, QuillBlock selections,
 /// @param reserved4      ignored
 /// @param ignored        not read
 /// @param position       an offset of the host's; moved like `to` once the
-/// search
-///                       was made, set to the value of `to` when it was not
+///                       search was made, set to the value of `to` when it was
+///                       not
 /// @param reference      passed to `yield`
 /// @param yield          called by the search, as FindStrAll says
 /// @return what InsertStr returns, so 0 also when nothing was found, `string`
-/// is
-///         not empty and no flag asks for an overlay; 0 when the search is not
-///         made: FindStrAll refuses its arguments, `to` lies beyond the text,
-///         or memory is short. After a 0 the text is unchanged. An edit is
-///         refused when the result would be too long, or the moved position
+///         is not empty and no flag asks for an overlay; 0 when the search is
+///         not made: FindStrAll refuses its arguments, `to` lies beyond the
+///         text, or memory is short. After a 0 the text is unchanged. An edit
+///         is refused when the result would be too long, or the moved position
 ///         would be above 2,147,483,647
 QUILL_EXPORT int32_t ReplaceStrAll(
     QuillBlock text, int32_t from, int32_t* to, const char* pattern,
@@ -1540,8 +1525,7 @@ QUILL_EXPORT int32_t ReplaceStrAll(
 /// into the host's variable.
 ///
 /// @param text             the variable that holds the text; null in it is
-/// refused
-///                         with nothing written
+///                         refused with nothing written
 /// @param from             where the range begins, a byte offset
 /// @param to               the end of the range, exclusive; once the search was
 ///                         made it is moved by the change in the text's length
@@ -1556,7 +1540,7 @@ QUILL_EXPORT int32_t ReplaceStrAll(
 /// @param mask_count       the mask of the search
 /// @param break_characters the break set of the search, or null
 /// @param break_count      its number of characters
-/// @param edge_flag        1: the ends of the text are breaks
+/// @param edge_flag        1: offset 0 and the end of the range are breaks
 /// @param invert_flag      1: matches between break characters don't count
 /// @param position         an offset of the host's; moved like `to` once the
 ///                         search was made, set to the value of `to` when it
@@ -1593,8 +1577,7 @@ QUILL_EXPORT int32_t utf8_ReplaceStrAll(
 /// @param string_length their number; 0 deletes the matches
 /// @param insert_flags  position flags of `string` as in InsertStr, or null
 /// @param new_end       receives the final value of `to`, also when the search
-/// was
-///                      not made
+///                      was not made
 /// @param reference     passed to `yield`
 /// @param yield         called by the search, as utf8_FindPatternAll says
 /// @return 1 when nothing was found, else what InsertStr returns; 0 when the
@@ -1618,8 +1601,7 @@ QUILL_EXPORT int32_t utf8_ReplacePatternAll(
 /// with none stay.
 ///
 /// @param text the host's variable that holds the text's Block, which is edited
-/// in
-///   place; the Block comes back unlocked
+///   in place; the Block comes back unlocked
 /// @param from offset at which the search begins
 /// @param to in: end of the range; out, on success after an edit: moved by the
 ///   change in the text's length
@@ -1631,16 +1613,15 @@ QUILL_EXPORT int32_t utf8_ReplacePatternAll(
 /// @param mask_values the mask's values, or null
 /// @param mask_count number of entries in the mask
 /// @param new_end receives the value of `to` at once, and its new value on
-/// success
+///   success
 /// @param reference handed to `yield` unchanged
 /// @param yield asked by the pattern search only, as by utf8_FindPatternAll; a
-/// stop
-///   keeps the words found so far, which are then replaced
+///   stop keeps the words found so far, which are then replaced
 /// @return 1 when the words were replaced, or none was found. 0, with the text
-/// and
-///   `to` as they were, when the variable holds no Block, `from` is negative,
-///   `to` lies beyond the text, an entry that matches has a negative length,
-///   memory is short, or the result would exceed 2,147,483,647 bytes.
+///   and `to` as they were, when the variable holds no Block, `to` lies beyond
+///   the text, the replacement of an entry that matches has a negative length
+///   or no bytes, memory is short, or the result would exceed 2,147,483,647
+///   bytes.
 ///
 /// A table of many words is indexed once, so that each match costs a few steps
 /// for each of its characters; when memory is too short for that, its words are
@@ -1694,7 +1675,7 @@ QUILL_EXPORT int32_t BytePatternSwap(char* buffer, int32_t start, int32_t end,
 /// and hears that number. Allocates nothing; one byte move for each selection.
 ///
 /// @param text         address of offset 0; its bytes may overlap the
-/// destination
+///                     destination
 /// @param destination  the host's buffer, written from its first byte on
 /// @param capacity     bytes in the destination
 /// @param copied       set to 0 and then kept at the bytes written so far; not
@@ -1705,9 +1686,8 @@ QUILL_EXPORT int32_t BytePatternSwap(char* buffer, int32_t start, int32_t end,
 /// @param yield        asked as told above; any answer but 1 ends the copying,
 ///                     with result 1 and what was copied so far
 /// @return 0 when `capacity` is below 1 (nothing is written), when a selection
-/// did
-///         not fit or begins below offset 0 (those before it are copied); else
-///         1
+///         did not fit or begins below offset 0 (those before it are copied);
+///         else 1
 QUILL_EXPORT int32_t CopySelectionsTo(const char* text, char* destination,
                                       int32_t capacity, int32_t* copied,
                                       const int32_t* selections, int32_t count,
@@ -1718,12 +1698,12 @@ QUILL_EXPORT int32_t CopySelectionsTo(const char* text, char* destination,
 /// not read.
 ///
 /// @param text         address of offset 0; its bytes may overlap the
-/// destination
+///                     destination
 /// @param destination  the host's buffer, written from its first byte on
 /// @param capacity     bytes in the destination
 /// @param copied       as in CopySelectionsTo
 /// @param records      four longs each: key start, key end, start, end; only
-/// read
+///                     read
 /// @param count        number of records; none when it is 0 or less
 /// @param reference    handed to `yield` unchanged
 /// @param yield        asked once, after exactly YieldMax records, with that
@@ -1761,8 +1741,7 @@ QUILL_EXPORT int32_t CopySuperSelectionsTo(const char* text, char* destination,
 /// @param text         address of offset 0; only read
 /// @param selections   pairs of start and end
 /// @param byte_count   bytes in the list; what is left over a whole selection
-/// at
-///                     its end stays where it is
+///                     at its end stays where it is
 /// @param mask_keys    keys of the mask, ascending
 /// @param mask_values  values of the mask
 /// @param mask_count   entries of the mask; 0 for none
@@ -1779,8 +1758,7 @@ QUILL_EXPORT int32_t utf8_SortSelections(const char* text, int32_t* selections,
 /// @param text         address of offset 0; only read
 /// @param records      four longs each: key start, key end, start, end
 /// @param byte_count   bytes in the list; what is left over a whole record at
-/// its
-///                     end stays where it is
+///                     its end stays where it is
 /// @param mask_keys    keys of the mask, ascending
 /// @param mask_values  values of the mask
 /// @param mask_count   entries of the mask; 0 for none
@@ -1809,9 +1787,8 @@ QUILL_EXPORT int32_t utf8_SortKeySelections(const char* text, int32_t* records,
 ///                     the same one, shrinks to what is left and ends unlocked
 /// @param text_length  bytes in the text that the list belongs to
 /// @return 0 when memory for a map of the text, one bit a byte, can't be had:
-/// the
-///         list is as it was; else 1, also when the list is null or the length
-///         below 1 and nothing was done
+///         the list is as it was; else 1, also when the list is null or the
+///         length below 1 and nothing was done
 QUILL_EXPORT int32_t OrderSelections(QuillBlock* list, int32_t text_length);
 
 /// Adds a list to a selection map. Bit n of the map (as BitTest counts) stands
@@ -1822,8 +1799,7 @@ QUILL_EXPORT int32_t OrderSelections(QuillBlock* list, int32_t text_length);
 /// nothing, and a lone last long is ignored. Works by words; allocates nothing.
 ///
 /// @param map          the host's `(text_length + 9) / 8` bytes, of which only
-/// the
-///                     bits of the list change
+///                     the bits of the list change
 /// @param text_length  bytes in the text; below 1 nothing is done
 /// @param list         the list, only read; ends unlocked. Null is no list
 /// @return always 1
@@ -1840,24 +1816,21 @@ QUILL_EXPORT int32_t SelectionToMap(char* map, int32_t text_length,
 /// @param map          `(text_length + 9) / 8` bytes, only read
 /// @param text_length  bytes in the text; below 1 nothing is done or written
 /// @param list         set to the new list, which is the host's, or to null
-/// when no
-///                     bit is set; not written on failure
+///                     when no bit is set; not written on failure
 /// @param long_count   set to the list's number of longs, after `list`; not
-/// written
-///                     on failure
+///                     written on failure
 /// @return 0 when memory for the list can't be had; else 1. When a list that
-/// has
-///         begun can't grow, the selections that no longer fit are left out
+///         has begun can't grow, the selections that no longer fit are left out
 QUILL_EXPORT int32_t MapToSelection(const char* map, int32_t text_length,
                                     QuillBlock* list, int32_t* long_count);
 
 /// Turns a canonical list, in place, into its complement within a range: what
 /// lies between its selections, before the first and behind the last.
 ///
-/// A list of size 0 becomes the whole range. Left as it is, with result 1: no
-/// list (null); a list that does not ascend within the range, or is no whole
-/// number of selections; a range that ends before it starts; and a list that
-/// has to grow, by 8 bytes at most, where memory is short.
+/// A list of size 0 becomes the one selection (`range_start`, `range_end`), as
+/// they are. Left as it is, with result 1: no list (null); a list that does not
+/// ascend within the range, or is no whole number of selections; and a list
+/// that has to grow, by 8 bytes at most, where memory is short.
 ///
 /// @param list         the host's variable that holds the list; the Block stays
 ///                     the same one and ends unlocked
@@ -1876,20 +1849,18 @@ QUILL_EXPORT int32_t InvertSelections(QuillBlock* list, int32_t range_start,
 ///
 /// @param text           address of offset 0
 /// @param list           the list, in any order; only read, ends unlocked. A
-/// lone
-///                       last long is ignored, an end before the start is empty
+///                       lone last long is ignored, an end before the start is
+///                       empty
 /// @param prefix         bytes put before each piece
 /// @param prefix_length  bytes in the prefix; 0 or less for none
 /// @param suffix         bytes put behind each piece
 /// @param suffix_length  bytes in the suffix; 0 or less for none
 /// @param result         set to the new Block, which is the host's, or to null
-/// when
-///                       the host stopped the call; not written when the result
-///                       is 0
+///                       when the host stopped the call; not written when the
+///                       result is 0
 /// @param reference      handed to `yield` unchanged
 /// @param yield          asked after every YieldMax selections; any answer but
-/// 1
-///                       ends the call and drops what was gathered
+///                       1 ends the call and drops what was gathered
 /// @return 0 when the list has fewer than two longs, a selection begins below
 ///         offset 0, bytes that are needed are null, the result would be larger
 ///         than a Block, or memory is short; else 1, also when stopped
@@ -1970,11 +1941,10 @@ QUILL_EXPORT int32_t FindByte(char* text, int32_t start, int32_t end, char byte,
 ///
 /// @param text        the variable that holds the text
 /// @param entries     the table's first entry pointer; the entries are the
-/// host's
+///                    host's
 /// @param entry_count the number of entries
 /// @return 1 when the table was applied, also when all entries are of kind 0;
-/// 0,
-///         with nothing changed, for a count of 0 or less, no Block in the
+///         0, with nothing changed, for a count of 0 or less, no Block in the
 ///         variable, a missing entry, selections out of order, overlapping or
 ///         outside the text, a kind that is none or contradicts the lengths, a
 ///         replacement missing or of negative length, or when the result would
@@ -1994,8 +1964,7 @@ QUILL_EXPORT int32_t InsertMultiple(QuillBlock* text,
 /// @param long_count number of longs of the list to use, two for each entry; a
 ///   lone last one is left out, and so is what the list does not hold
 /// @param table receives the table, to be released with DisposeReplaceTable;
-/// null
-///   on failure
+///   null on failure
 /// @param entry_count receives the number of entries; 0 on failure
 /// @return 0 when `long_count` is 0 or less, `selections` is null or memory is
 ///   short, in which case nothing stays allocated; else 1.
@@ -2020,7 +1989,7 @@ QUILL_EXPORT int32_t iArrayToReplaceTable(QuillBlock selections,
 /// @param mask_values the mask's values, or null
 /// @param mask_count number of entries in the mask
 /// @return 1 always. The replacements stay the word table's; they are not
-/// copied.
+///   copied.
 ///
 /// Many entries and words are matched through an index made for the call, as by
 /// utf8_WordTableReplace.
@@ -2067,8 +2036,7 @@ QUILL_EXPORT int CompareSelections(const void* first, const void* second,
 /// @param count         number of elements
 /// @param element_size  bytes in an element
 /// @param compare       negative when its first element comes first, positive
-/// when
-///                      its second does, 0 when they are equal
+///                      when its second does, 0 when they are equal
 /// @param text          handed to `compare` unchanged, as are the next three
 /// @param mask_keys     see `text`
 /// @param mask_values   see `text`

@@ -26,10 +26,10 @@ bool ascends(Longs boundaries) {
 }
 
 // Whether the list's boundaries ascend within the range, whole selections all
-// of them.
+// of them. An empty list does in any range.
 bool can_be_inverted(Longs list, Offset byte_count, std::int32_t range_start,
                      std::int32_t range_end) {
-  if (range_start > range_end || byte_count % 8 != 0) return false;
+  if (byte_count % 8 != 0) return false;
   if (list.empty()) return true;
   return list.front() >= range_start && list.back() <= range_end &&
          ascends(list);

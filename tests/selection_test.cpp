@@ -699,7 +699,7 @@ TEST(InvertSelections, LeaveWhatIsNoCanonicalList) {
                          {0, 4, 3, 10}, {0, 10, 10, 11}};
   for (const Longs& list : lists) check_invert(list, 0, 10, list);
   check_invert({2, 4}, 7, 3, {2, 4});
-  check_invert({}, 7, 3, {});
+  check_invert({}, 7, 3, {7, 3});
   QuillBlock none = nullptr;
   EXPECT_EQ(InvertSelections(&none, 0, 10), 1);
   EXPECT_EQ(none, nullptr);
