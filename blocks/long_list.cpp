@@ -15,19 +15,25 @@ bool LongList::start() {
 // its size while that can be had: the copying stays linear even where the
 // heap can't extend the Block in place.
 bool LongList::grow() {
-  const bool first = longs_ == on_stack_.data();
-  const Offset least = first ? kGrowthLongs : room_ + kGrowthLongs;
-  for (const Offset room : {std::max(least, room_ + room_ / 2), least}) {
-    if (room > kMaxLong / 4) continue;
-    if (!resize_handle(block_, to_long(room * 4))) continue;
-    longs_ = reinterpret_cast<std::int32_t*>(*block_);
-    if (first) std::copy_n(on_stack_.data(), count_, longs_);
-    HLock(block_);
-    room_ = room;
-    return true;
+  if (longs_ == on_stack_.data()) {
+    failed_to_start_ = !make_room(kGrowthLongs);
+    return !failed_to_start_;
   }
-  failed_to_start_ = first;
-  return false;
+  const Offset least = room_ + kGrowthLongs;
+  const Offset generous = room_ + room_ / 2;
+  return (generous > least && make_room(generous)) || make_room(least);
+}
+
+bool LongList::make_room(Offset longs) {
+  if (longs > kMaxLong / 4 || !resize_handle(block_, to_long(longs * 4))) {
+    return false;
+  }
+  const bool first = longs_ == on_stack_.data();
+  longs_ = reinterpret_cast<std::int32_t*>(*block_);
+  if (first) std::copy_n(on_stack_.data(), count_, longs_);
+  HLock(block_);
+  room_ = longs;
+  return true;
 }
 
 bool LongList::append_pairs(std::span<const std::int32_t> longs) {

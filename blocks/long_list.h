@@ -65,6 +65,7 @@ class LongList {
 
  private:
   [[nodiscard]] bool grow();
+  [[nodiscard]] bool make_room(Offset longs);
 
   static constexpr Offset kOnStack = 256;
 

@@ -1,0 +1,15 @@
+// The sizes that a text may have after an edit.
+#pragma once
+
+#include "blocks/base.h"
+
+namespace quill {
+
+struct SizeLimits {
+  Offset least = 0;
+  Offset most = kMaxLong;
+
+  bool allow(Offset size) const { return least <= size && size <= most; }
+};
+
+}  // namespace quill
