@@ -6,12 +6,15 @@ using namespace quill;
 
 namespace {
 
-// Writes what a reader found; after a failed read only `next`.
+// Writes what a reader found, in this order; after a failed read only `next`.
 std::int32_t report(const Character& read, std::int32_t* start,
                     std::int32_t* character, std::int32_t* next) {
-  *next = to_long(read.next);
-  if (!read.found) return 0;
+  if (!read.found) {
+    *next = to_long(read.next);
+    return 0;
+  }
   *start = to_long(read.start);
+  *next = to_long(read.next);
   *character = read.packed;
   return 1;
 }
