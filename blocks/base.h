@@ -14,6 +14,7 @@ using Byte = unsigned char;
 using Offset = std::int64_t;
 
 inline constexpr Offset kMaxLong = 2147483647;
+inline constexpr Offset kMinLong = -kMaxLong - 1;
 
 inline const Byte* as_bytes(const char* text) {
   return reinterpret_cast<const Byte*>(text);

@@ -6,7 +6,8 @@
 
 namespace quill {
 
-bool delete_selections(QuillBlock text, QuillBlock selections) {
+bool delete_selections(QuillBlock text, QuillBlock selections,
+                       const SizeLimits& limits) {
   if (GetHandleSize(text) == 0 || GetHandleSize(selections) < 4) return true;
   BlockLock text_lock(text);
   const BlockLock list_lock(selections);
@@ -14,11 +15,11 @@ bool delete_selections(QuillBlock text, QuillBlock selections) {
   const ListSurvey list = survey(longs, text_lock.size(), 0);
   if (!list.is_canonical) return false;
   const OneString<false> edits(selections_of(longs), {});
-  return splice(text_lock, edits, list.growth);
+  return splice(text_lock, edits, list.growth, limits);
 }
 
 }  // namespace quill
 
 std::int32_t DelSel(QuillBlock* text, QuillBlock selections) {
-  return quill::delete_selections(*text, selections) ? 1 : 0;
+  return quill::delete_selections(*text, selections, {}) ? 1 : 0;
 }

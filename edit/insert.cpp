@@ -44,7 +44,7 @@ std::size_t decode(std::string_view string, std::int32_t* out) {
 
 bool overlay_string(QuillBlock* variable, QuillBlock selections,
                     std::string_view string, const unsigned char* flags,
-                    Handover handover, Offset longest) {
+                    Handover handover, const SizeLimits& limits) {
   // Most templates are a few characters; those need no heap.
   std::array<std::int32_t, 64> few;
   const bool is_long = string.size() > few.size();
@@ -53,11 +53,11 @@ bool overlay_string(QuillBlock* variable, QuillBlock selections,
   std::int32_t* const characters = is_long ? many.data() : few.data();
   const std::size_t count = decode(string, characters);
   return overlay(variable, selections, {{characters, count}, flags}, handover,
-                 longest);
+                 limits);
 }
 
 bool replace_selections(QuillBlock text, QuillBlock selections,
-                        std::string_view string, Offset longest) {
+                        std::string_view string, const SizeLimits& limits) {
   if (GetHandleSize(selections) < 4) return false;
   const BlockLock list_lock(selections);
   if (text == nullptr) return false;
@@ -68,27 +68,29 @@ bool replace_selections(QuillBlock text, QuillBlock selections,
   const std::span<Selection> places = selections_of(longs);
   if (list.shrinks) {
     const OneString<true> edits(places, string);
-    return splice(text_lock, edits, list.growth, longest);
+    return splice(text_lock, edits, list.growth, limits);
   }
   // Every place is noted already.
   const OneString<false> edits(places, string);
-  return splice(text_lock, edits, list.growth, longest);
+  return splice(text_lock, edits, list.growth, limits);
 }
 
 }  // namespace
 
 bool insert_at_selections(QuillBlock* variable, QuillBlock selections,
                           const Insertion& insertion, Handover handover,
-                          Offset longest) {
+                          const SizeLimits& limits) {
   if (!is_byte_string(insertion.string, insertion.length)) return false;
-  if (insertion.length == 0) return delete_selections(*variable, selections);
+  if (insertion.length == 0) {
+    return delete_selections(*variable, selections, limits);
+  }
   const std::string_view string =
       byte_string(insertion.string, insertion.length);
   if (has_open_position(string, insertion.flags)) {
     return overlay_string(variable, selections, string, insertion.flags,
-                          handover, longest);
+                          handover, limits);
   }
-  return replace_selections(*variable, selections, string, longest);
+  return replace_selections(*variable, selections, string, limits);
 }
 
 }  // namespace quill
@@ -99,7 +101,7 @@ std::int32_t InsertStr(QuillBlock* text, QuillBlock selections,
   using namespace quill;
   return insert_at_selections(text, selections,
                               {string, string_length, position_flags},
-                              Handover::kNewBlock, kMaxLong)
+                              Handover::kNewBlock, {})
              ? 1
              : 0;
 }

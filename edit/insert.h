@@ -17,9 +17,9 @@ struct Insertion {
 };
 
 // Edits the text in `variable`. False, and nothing is changed, when it can't
-// be done, or when the result would be longer than `longest`.
+// be done, or when the result's size would be outside the limits.
 bool insert_at_selections(QuillBlock* variable, QuillBlock selections,
                           const Insertion& insertion, Handover handover,
-                          Offset longest);
+                          const SizeLimits& limits);
 
 }  // namespace quill

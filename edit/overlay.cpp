@@ -51,7 +51,7 @@ Offset growth_of(const Overlaying& edits) {
 }
 
 bool overlay_in_place(QuillBlock text, QuillBlock selections,
-                      const Template& form, Offset longest) {
+                      const Template& form, const SizeLimits& limits) {
   const BlockLock list_lock(selections);
   BlockLock text_lock(text);
   const std::span<const std::int32_t> longs = list_lock.longs();
@@ -59,22 +59,24 @@ bool overlay_in_place(QuillBlock text, QuillBlock selections,
   Composer composer(form);
   if (composer.refused()) return false;
   const Overlaying edits(text, selections_of(longs), composer);
-  return splice(text_lock, edits, growth_of(edits), longest);
+  return splice(text_lock, edits, growth_of(edits), limits);
 }
 
 }  // namespace
 
 bool overlay(QuillBlock* variable, QuillBlock selections, const Template& form,
-             Handover handover, Offset longest) {
+             Handover handover, const SizeLimits& limits) {
   const QuillBlock text = *variable;
-  if (form.characters.empty()) return delete_selections(text, selections);
+  if (form.characters.empty()) {
+    return delete_selections(text, selections, limits);
+  }
   if (GetHandleSize(selections) < 4) return true;
   if (text == nullptr) {
     HUnlock(selections);
     return false;
   }
   if (handover == Handover::kSameBlock) {
-    return overlay_in_place(text, selections, form, longest);
+    return overlay_in_place(text, selections, form, limits);
   }
   const QuillBlock result = NewHandle(0);
   if (result == nullptr) {
@@ -82,7 +84,7 @@ bool overlay(QuillBlock* variable, QuillBlock selections, const Template& form,
     HUnlock(text);
     return false;
   }
-  if (!overlay_in_place(text, selections, form, longest)) {
+  if (!overlay_in_place(text, selections, form, limits)) {
     DisposeHandle(result);
     return false;
   }
@@ -105,5 +107,5 @@ std::int32_t InsertMaskedStr(QuillBlock* text, QuillBlock selections,
   if (!is_usable) return GetHandleSize(selections) < 4 ? 1 : 0;
   const Template form{{characters, static_cast<std::size_t>(character_count)},
                       position_flags};
-  return overlay(text, selections, form, Handover::kNewBlock, kMaxLong) ? 1 : 0;
+  return overlay(text, selections, form, Handover::kNewBlock, {}) ? 1 : 0;
 }

@@ -8,7 +8,7 @@
 
 #include <span>
 
-#include "blocks/base.h"
+#include "edit/size_limits.h"
 #include "quillcore.h"
 
 namespace quill {
@@ -26,8 +26,8 @@ enum class Handover {
 
 // Overlays the text in `variable`. A template of no character deletes. False,
 // and nothing is changed, for a list that is not canonical, when memory is
-// short, and when the result would be longer than `longest`.
+// short, and when the result's size would be outside the limits.
 bool overlay(QuillBlock* variable, QuillBlock selections, const Template& form,
-             Handover handover, Offset longest);
+             Handover handover, const SizeLimits& limits);
 
 }  // namespace quill

@@ -47,22 +47,33 @@ bool find_matches(QuillBlock text, std::int32_t to, const Search& search,
   return to <= lock.size() && search(lock.contents(), matches) != 0;
 }
 
+// The sizes of a text of `size` bytes after an edit whose change in length the
+// host's position, null for none, can be moved by. A position that is `to` as
+// well is moved twice.
+SizeLimits limits_by(const std::int32_t* position, const std::int32_t* to,
+                     Offset size) {
+  if (position == nullptr) return {};
+  const Offset times = position == to ? 2 : 1;
+  const Offset most_back = (Offset{*position} - kMinLong) / times;
+  const Offset most_forward = (kMaxLong - *position) / times;
+  return {size - most_back, std::min(kMaxLong, size + most_forward)};
+}
+
 // Replaces what the search finds in the text up to `to`. A change in length
 // that doesn't fit when it is added to `position` fails; null adds to none.
 template <class Search>
-Replaced replace_matches(QuillBlock& text, std::int32_t to,
+Replaced replace_matches(QuillBlock& text, const std::int32_t* to,
                          const std::int32_t* position, const Search& search,
                          const Replacement& replacement) {
   const Offset old_size = GetHandleSize(text);
   Matches matches;
-  if (!find_matches(text, to, search, matches)) return {false, false, 0};
+  if (!find_matches(text, *to, search, matches)) return {false, false, 0};
   if (matches.long_count <= 0 && !replacement.even_if_none) {
     return {true, true, 0};
   }
-  const Offset room = kMaxLong - (position == nullptr ? 0 : *position);
   const bool edited = insert_at_selections(
       &text, matches.list, replacement.insertion, replacement.handover,
-      std::min(kMaxLong, old_size + room));
+      limits_by(position, to, old_size));
   return {true, edited, GetHandleSize(text) - old_size};
 }
 
@@ -92,7 +103,7 @@ std::int32_t ReplaceStrAll(QuillBlock text, std::int32_t from, std::int32_t* to,
   };
   // The host has no variable here that a new Block could be stored in.
   const Replaced done = replace_matches(
-      text, *to, position, search,
+      text, to, position, search,
       {{string, string_length, insert_flags}, Handover::kSameBlock, true});
   if (!done.searched) {
     *position = *to;
@@ -123,7 +134,7 @@ std::int32_t utf8_ReplaceStrAll(
                            &found.stop, reference, yield);
   };
   const Replaced done = replace_matches(
-      block, *to, position, search,
+      block, to, position, search,
       {{string, string_length, insert_flags}, Handover::kNewBlock, false});
   if (!done.searched) {
     *position = *to;
@@ -151,7 +162,7 @@ std::int32_t utf8_ReplacePatternAll(QuillBlock* text, std::int32_t from,
                                reference, yield);
   };
   const Replaced done = replace_matches(
-      block, *to, nullptr, search,
+      block, to, nullptr, search,
       {{string, string_length, insert_flags}, Handover::kNewBlock, false});
   add(*to, done.change);
   *new_end = *to;

@@ -14,6 +14,7 @@
 
 #include "blocks/block_lock.h"
 #include "edit/run_moves.h"
+#include "edit/size_limits.h"
 
 namespace quill {
 
@@ -168,14 +169,14 @@ class Splice {
 };
 
 // Edits a Block and gives it the size of the result, `growth` bytes more than
-// it has. False, and nothing is changed, when that size is above `longest` or
-// can't be had.
+// it has. False, and nothing is changed, when that size is outside the limits
+// or can't be had.
 template <class Edits>
 [[nodiscard]] bool splice(BlockLock& text, const Edits& edits, Offset growth,
-                          Offset longest = kMaxLong) {
+                          const SizeLimits& limits = {}) {
   const Offset old_size = text.size();
   const Offset new_size = old_size + growth;
-  if (new_size > longest) return false;
+  if (!limits.allow(new_size)) return false;
   if (growth > 0 && !text.resize(new_size)) return false;
   Splice(text.contents(), old_size, edits).run();
   // A smaller size is never refused.

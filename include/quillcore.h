@@ -1509,7 +1509,7 @@ QUILL_EXPORT int32_t InsertMaskedStr(QuillBlock* text, QuillBlock selections,
 ///         not made: FindStrAll refuses its arguments, `to` lies beyond the
 ///         text, or memory is short. After a 0 the text is unchanged. An edit
 ///         is refused when the result would be too long, or the moved position
-///         would be above 2,147,483,647
+///         would leave 32 bits
 QUILL_EXPORT int32_t ReplaceStrAll(
     QuillBlock text, int32_t from, int32_t* to, const char* pattern,
     int32_t pattern_length, int32_t reserved1, const char* string,
@@ -1541,7 +1541,7 @@ QUILL_EXPORT int32_t ReplaceStrAll(
 /// @param break_characters the break set of the search, or null
 /// @param break_count      its number of characters
 /// @param edge_flag        1: offset 0 and the end of the range are breaks
-/// @param invert_flag      1: matches between break characters don't count
+/// @param invert_flag      1: a match needs sides that are no breaks
 /// @param position         an offset of the host's; moved like `to` once the
 ///                         search was made, set to the value of `to` when it
 ///                         was not
@@ -1550,8 +1550,8 @@ QUILL_EXPORT int32_t ReplaceStrAll(
 /// @return 1 when nothing was found, else what InsertStr returns; 0 when the
 ///         search is not made: `to` lies beyond the text, or memory is short.
 ///         After a 0 the text is unchanged. An edit is refused when the result
-///         would be too long, or the moved position would be above
-///         2,147,483,647
+///         would be too long, or the moved position would leave 32
+///         bits
 QUILL_EXPORT int32_t utf8_ReplaceStrAll(
     QuillBlock* text, int32_t from, int32_t* to, const int32_t* pattern,
     int32_t pattern_count, const unsigned char* search_flags,
@@ -1686,8 +1686,8 @@ QUILL_EXPORT int32_t BytePatternSwap(char* buffer, int32_t start, int32_t end,
 /// @param yield        asked as told above; any answer but 1 ends the copying,
 ///                     with result 1 and what was copied so far
 /// @return 0 when `capacity` is below 1 (nothing is written), when a selection
-///         did not fit or begins below offset 0 (those before it are copied);
-///         else 1
+///         did not fit, or is not empty and begins below offset 0 (those before
+///         it are copied); else 1
 QUILL_EXPORT int32_t CopySelectionsTo(const char* text, char* destination,
                                       int32_t capacity, int32_t* copied,
                                       const int32_t* selections, int32_t count,
