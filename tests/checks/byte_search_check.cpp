@@ -11,6 +11,7 @@ Outcome ByteSearch::run(Side side, QuillYield yield) const {
   char* const at = held.data();
   const auto length = static_cast<std::int32_t>(pattern.size());
   Outcome o;
+  YieldRecorder::watch(o.outs);
   switch (operation) {
     case kFind:
       o.result = pick(side, ::FindStr, naive::FindStr)(

@@ -19,7 +19,7 @@ std::string show(const Outcome& o) {
   }
   return show_fields("result", o.result, "outs", o.outs, "list", o.list,
                      "longs", longs_in(o.list.bytes), "text", o.text, "buffer",
-                     o.buffer, "asked", asked);
+                     o.buffer, "asked", asked, "outs then", o.outs_when_asked);
 }
 
 Outcome observe(const Run& run, Side side, const HostPlan& plan) {
@@ -28,6 +28,7 @@ Outcome observe(const Run& run, Side side, const HostPlan& plan) {
   host.change_maximum(plan.change_at, plan.change_to);
   Outcome outcome = run(side, host.callback());
   outcome.asked = host.calls();
+  outcome.outs_when_asked = host.seen_outs();
   return outcome;
 }
 

@@ -31,12 +31,19 @@ struct Outcome {
   BlockState list = {};               // a Block of longs
   BlockState text = {};               // a Block of bytes
   std::string buffer = {};            // bytes changed in place
-  std::vector<YieldRecorder::Call> asked = {};  // filled in by the comparison
+
+  // Filled in by the comparison: what the host was told, and what the longs
+  // given to YieldRecorder::watch held each time.
+  std::vector<YieldRecorder::Call> asked = {};
+  Longs outs_when_asked = {};
 
   bool operator==(const Outcome&) const = default;
 };
 
 std::string show(const Outcome& outcome);
+inline void PrintTo(const Outcome& outcome, std::ostream* out) {
+  *out << show(outcome);
+}
 
 using Run = std::function<Outcome(Side, QuillYield)>;
 

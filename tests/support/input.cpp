@@ -1,6 +1,7 @@
 #include "tests/support/input.h"
 
 #include <limits>
+#include <random>
 
 #include "tests/support/alphabet.h"
 
@@ -67,6 +68,23 @@ std::string Input::any_text(int most_pieces) {
       return many + text(most_pieces);
     }
   }
+}
+
+std::string Input::long_text(int pieces) {
+  const int kind = between(0, 2);
+  std::minstd_rand generator(static_cast<std::uint32_t>(between(1, 0xFFFF)));
+  std::vector<std::uint8_t> bytes(2 * static_cast<std::size_t>(pieces));
+  for (std::uint8_t& byte : bytes) {
+    byte = static_cast<std::uint8_t>(generator() >> 8);
+  }
+  Input grown(bytes);
+  std::string text;
+  for (int i = 0; i < pieces; ++i) {
+    text += kind == 0   ? std::string(1, grown.pick({'a', 'b', ' ', 'A', '\n'}))
+            : kind == 1 ? grown.pick(alphabet())
+                        : grown.piece();
+  }
+  return text;
 }
 
 Longs Input::characters(int most) {

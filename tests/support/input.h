@@ -64,6 +64,9 @@ class Input {
   // Of a few pieces, or of letters, or nearly the same over and over.
   std::string any_text(int most_pieces);
 
+  // A run of ASCII, of the alphabet or of pieces, grown from a few bytes.
+  std::string long_text(int pieces);
+
   // Packed characters of the alphabet, now and then any long.
   Longs characters(int most);
 

@@ -3,6 +3,7 @@
 
 #include <concepts>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,10 @@ std::string show(const BlockState& block);
 template <class T>
 std::string show(const std::optional<T>& value) {
   return value ? show(*value) : "none";
+}
+
+inline void PrintTo(const BlockState& block, std::ostream* out) {
+  *out << show(block);
 }
 
 // "start 3 end 9 " from "start", 3, "end", 9.

@@ -16,6 +16,7 @@ unsigned char YieldRecorder::answer(std::int32_t reference,
   const bool stops = std::cmp_equal(calls_.size(), stop_at_);
   if (std::cmp_equal(calls_.size(), change_at_)) YieldMax = maximum_;
   calls_.emplace_back(reference, progress);
+  seen_outs_.insert(seen_outs_.end(), watched_.begin(), watched_.end());
   return stops ? answer_ : 1;
 }
 

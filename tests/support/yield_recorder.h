@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -50,8 +51,16 @@ class YieldRecorder {
     maximum_ = maximum;
   }
 
+  // Has the recorder note at each call what these out-parameters hold then.
+  // They stay where they are until the operation has returned.
+  static void watch(const std::vector<std::int32_t>& outs) {
+    active_->watched_ = outs;
+  }
+
   QuillYield callback() const;
   const std::vector<Call>& calls() const { return calls_; }
+
+  const std::vector<std::int32_t>& seen_outs() const { return seen_outs_; }
 
   // What a naive model calls in place of the callback.
   bool ask(std::int32_t reference, std::int32_t progress) {
@@ -65,6 +74,8 @@ class YieldRecorder {
   static YieldRecorder* active_;
   YieldRecorder* before_;
   std::vector<Call> calls_;
+  std::span<const std::int32_t> watched_;
+  std::vector<std::int32_t> seen_outs_;
   int stop_at_;
   int change_at_ = kNever;
   std::int32_t maximum_ = 0;
