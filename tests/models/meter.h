@@ -12,6 +12,16 @@
 
 namespace quill::naive {
 
+using Long = std::int32_t;
+
+// Hosts in other languages answer with any byte, which no bool can hold.
+inline bool ask(std::int32_t reference, std::int64_t progress,
+                QuillYield yield) {
+  const auto call =
+      std::bit_cast<unsigned char (*)(std::int32_t, std::int32_t)>(yield);
+  return call(reference, static_cast<std::int32_t>(progress)) == 1;
+}
+
 class Meter {
  public:
   Meter(std::int32_t reference, QuillYield yield)
@@ -24,10 +34,7 @@ class Meter {
   void count() { ++count_; }
   void ask_if_due(std::int64_t progress) {
     if (count_ != YieldMax) return;
-    // Hosts in other languages answer with any byte, which no bool can hold.
-    const auto ask =
-        std::bit_cast<unsigned char (*)(std::int32_t, std::int32_t)>(yield_);
-    go_on = ask(reference_, static_cast<std::int32_t>(progress)) == 1;
+    go_on = ask(reference_, progress, yield_);
     count_ = 0;
   }
 

@@ -55,6 +55,13 @@ inline QuillBlock block_of(const Longs& longs) {
                                    longs.size() * 4));
 }
 
+// Gives a Block other contents, and unlocks it.
+inline void set_bytes(QuillBlock block, std::string_view bytes) {
+  const RequestsAllowed allowed;
+  ResizeBlock(block, static_cast<std::int32_t>(bytes.size()));
+  if (!bytes.empty()) std::memcpy(*block, bytes.data(), bytes.size());
+}
+
 // What a variable for a Block holds before a call that may write it: no Block,
 // but not null either.
 inline QuillBlock untouched() {

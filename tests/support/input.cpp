@@ -123,6 +123,21 @@ Mask Input::mask(int most) {
   return mask;
 }
 
+Longs Input::selections(std::size_t size, int most) {
+  Longs list(static_cast<std::size_t>(between(0, most / 2)) * 2);
+  const bool is_clean = !one_in(4);
+  for (std::int32_t& each : list) {
+    each = is_clean ? between(0, static_cast<int>(size)) : offset(size);
+  }
+  if (!one_in(8)) std::sort(list.begin(), list.end());
+  // Some touch, and some are empty.
+  for (std::size_t i = 1; i < list.size(); ++i) {
+    if (one_in(6)) list[i] = list[i - 1];
+  }
+  if (one_in(16)) list.push_back(static_cast<std::int32_t>(size));
+  return list;
+}
+
 HostPlan Input::host() {
   HostPlan plan;
   const int kind = between(0, 7);

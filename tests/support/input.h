@@ -80,6 +80,10 @@ class Input {
   // Ascending keys and a value for each.
   Mask mask(int most);
 
+  // Offsets about a text of `size` bytes, up to `most`: mostly in order, two a
+  // selection.
+  Longs selections(std::size_t size, int most);
+
   // How the host behaves during the call.
   HostPlan host();
 
