@@ -62,11 +62,6 @@ class YieldRecorder {
 
   const std::vector<std::int32_t>& seen_outs() const { return seen_outs_; }
 
-  // What a naive model calls in place of the callback.
-  bool ask(std::int32_t reference, std::int32_t progress) {
-    return answer(reference, progress) == 1;
-  }
-
  private:
   static unsigned char on_yield(std::int32_t reference, std::int32_t progress);
   unsigned char answer(std::int32_t reference, std::int32_t progress);
@@ -80,24 +75,6 @@ class YieldRecorder {
   int change_at_ = kNever;
   std::int32_t maximum_ = 0;
   unsigned char answer_;
-};
-
-// The counter as a naive model keeps it: literally, one unit at a time.
-struct NaiveMeter {
-  YieldRecorder& host;
-  std::int32_t reference;
-  std::int64_t count = 0;
-  bool go_on = true;
-
-  void tick(std::int64_t progress) {
-    ++count;
-    ask_if_due(progress);
-  }
-  void ask_if_due(std::int64_t progress) {
-    if (count != YieldMax) return;
-    go_on = host.ask(reference, static_cast<std::int32_t>(progress));
-    count = 0;
-  }
 };
 
 }  // namespace quill::test
