@@ -63,6 +63,15 @@ Run run_of(const Call& call) {
   return [&call](Side side, QuillYield yield) { return call.run(side, yield); };
 }
 
+// Answers stated by hand are asked of both sides.
+inline constexpr Side kBothSides[] = {Side::kLibrary, Side::kNaive};
+
+template <class Call>
+Outcome outcome_of(const Call& call, Side side = Side::kLibrary,
+                   const HostPlan& plan = {}) {
+  return observe(run_of(call), side, plan);
+}
+
 template <class Call>
 std::string first_difference(const Call& call, const HostPlan& plan = {}) {
   const std::string found = first_difference(run_of(call), plan);
