@@ -10,8 +10,8 @@
 #include <functional>
 
 #include "tests/support/blocks.h"
-#include "tests/support/host_plan.h"
 #include "tests/support/show.h"
+#include "tests/support/yield_recorder.h"
 
 namespace quill::test {
 
