@@ -1,218 +1,135 @@
-// Breaks: widening a selection and the two break lists, against their steps
-// done one by one.
+// Breaks: widening a selection, and the two break lists.
 #include <gtest/gtest.h>
 
-#include "blocks/memory_manager.h"
-#include "quillcore.h"
-#include "tests/models/break_model.h"
-#include "tests/support/blocks.h"
-#include "tests/support/guarded_text.h"
+#include "tests/checks/breaks_check.h"
 #include "tests/support/heap_watch.h"
-#include "tests/support/random_text.h"
+#include "tests/support/random_inputs.h"
 
 namespace quill::test {
 namespace {
 
-using model::WidenedSelection;
-
-std::int32_t count_of(const Longs& longs) {
-  return static_cast<std::int32_t>(longs.size());
+TEST(Breaks, AgreeWithNaiveTwinsOnRandomCalls) {
+  for_random_inputs(1, 30'000, check_breaks);
 }
 
-std::int32_t find_breaks(const model::Widening& of, WidenedSelection& selection,
-                         QuillYield yield) {
-  return utf8_FindBreaks(
-      of.text.data(), of.lower_bound, of.end, of.backward.members.data(),
-      count_of(of.backward.members), of.backward.flag,
-      of.forward.members.data(), count_of(of.forward.members), of.forward.flag,
-      &selection.start, &selection.end, &selection.break_found, of.reference,
-      yield);
-}
-
-model::CharacterClass random_class(Random& random) {
-  model::CharacterClass one;
-  one.flag = random.pick(std::vector<unsigned char>{0, 1, 2});
-  for (int i = random.between(0, 6); i > 0; --i) {
-    one.members.push_back(packed(random.pick(alphabet())));
+TEST(Breaks, StopAtEachQuestion) {
+  BreakCall call = {.text = "ab c\xC3\xA9 d\nefgh i \xF0\x9F\x98\x80 jk",
+                    .unit = 4,
+                    .backward = {{' '}, 0},
+                    .forward = {{' '}, 2},
+                    .selection_start = 13,
+                    .selection_end = 9};
+  for (const auto operation :
+       {BreakCall::kWiden, BreakCall::kEveryFew, BreakCall::kAtSpaces}) {
+    call.operation = operation;
+    for (const std::int32_t yield_max : {1, 2, 3}) {
+      EXPECT_EQ(first_difference_at_any_stop(call, {yield_max}), "");
+    }
   }
-  return one;
 }
 
-TEST(FindBreaks, FollowsTheSteps) {
-  Random random(1);
-  int widened = 0;
-  for (int round = 0; round < 10'000; ++round) {
-    const std::string text = random.one_in(3)
-                                 ? random_bytes(random, random.between(0, 30))
-                                 : random_text(random, random.between(0, 30));
-    const GuardedText guarded(text);
-    const auto size = static_cast<std::int32_t>(text.size());
-    const auto offset = [&] { return random.between(-2, size + 2); };
-    model::Widening of{guarded.view()};
-    of.lower_bound = random.one_in(2) ? 0 : offset();
-    of.end = random.between(0, size);
-    of.backward = random_class(random);
-    of.forward = random_class(random);
-    of.reference = 9;
-    const WidenedSelection before{offset(), offset(), 7};
-    const YieldMaxScope scope(kYieldMaxima[round % 6]);
-    const int stop_at = random.pick(std::vector<int>{0, 1, 3, kNever});
-    WidenedSelection want = before;
-    WidenedSelection got = before;
-    YieldRecorder naive(stop_at, 2);
-    const bool result = model::find_breaks(of, want, naive);
-    YieldRecorder host(stop_at, 2);
-    ASSERT_EQ(find_breaks(of, got, host.callback()), result ? 1 : 0)
-        << "round " << round;
-    ASSERT_EQ(got, want) << "round " << round;
-    ASSERT_EQ(host.calls(), naive.calls()) << "round " << round;
-    widened += result ? 1 : 0;
+// Answers stated by hand.
+TEST(FindBreaks, FollowsItsRules) {
+  struct Case {
+    const char* what;
+    const char* text;
+    unsigned char flag;  // 1: over spaces
+    std::int32_t start, end;
+    std::int32_t result;
+    Longs want;  // start, end, whether both stopped at a character
+  };
+  const Case cases[] = {
+      {"to the word", "ab cde f", 0, 5, 5, 1, {3, 6, 1}},
+      {"to the bounds", "abc", 0, 1, 2, 1, {0, 3, 0}},
+      {"over a class", "a   b", 1, 2, 3, 1, {1, 4, 1}},
+      {"a start found stays", "a bc\xC3", 0, 3, 3, 0, {2, 3, 0}},
+  };
+  for (const Case& c : cases) {
+    const BreakCall call = {.text = c.text,
+                            .backward = {{' '}, c.flag},
+                            .forward = {{' '}, c.flag},
+                            .selection_start = c.start,
+                            .selection_end = c.end};
+    for (const Side side : kBothSides) {
+      const Outcome o = outcome_of(call, side);
+      EXPECT_EQ(o.result, c.result) << c.what;
+      EXPECT_EQ(Longs(o.outs.begin(), o.outs.begin() + 3), c.want) << c.what;
+    }
   }
-  EXPECT_GT(widened, 3000);
 }
 
 // Where a host keeps both ends in one variable, the forward search begins
 // where the backward one ended.
 TEST(FindBreaks, StartsForwardFromWhatTheHostNowHolds) {
-  const std::string text = "ab cd";
   const Longs space = {0x20};
   std::int32_t both = 4;
   unsigned char found = 0;
-  const YieldRecorder host;
-  EXPECT_EQ(utf8_FindBreaks(text.data(), 0, 5, space.data(), 1, 0, space.data(),
-                            1, 1, &both, &both, &found, 0, host.callback()),
+  EXPECT_EQ(utf8_FindBreaks("ab cd", 0, 5, space.data(), 1, 0, space.data(), 1,
+                            1, &both, &both, &found, 0, nullptr),
             1);
   EXPECT_EQ(both, 3);
   EXPECT_EQ(found, 1);
 }
 
-struct ListKind {
-  const char* name;
-  decltype(&utf8_ComputeBreaks) compute;
-  decltype(&model::breaks) model;
-};
-const ListKind kKinds[] = {
-    {"characters", utf8_ComputeBreaks, model::breaks},
-    {"spaces", utf8_ComputeSpaceBreaks, model::space_breaks},
-};
-
-// Lines, words and stray bytes in an uneven mixture.
-std::string random_lines(Random& random) {
-  std::string text;
-  const int malformed = random.pick(std::vector<int>{3, 60, 100'000});
-  for (int pieces = random.between(0, 60); pieces > 0; --pieces) {
-    text += random_text(random, random.between(0, 5));
-    text += std::string(
-        static_cast<std::size_t>(random.one_in(8) ? random.between(0, 90) : 0),
-        'w');
-    if (random.one_in(3)) {
-      text +=
-          random.pick(std::vector<std::string>{" ", " ", "\r\n", "\n", "\r"});
+TEST(BreakLists, FollowTheirRules) {
+  using enum BreakCall::Operation;
+  struct Case {
+    const char* what;
+    BreakCall::Operation operation;
+    const char* text;
+    std::int32_t unit, start, end;
+    std::optional<Longs> want;
+  };
+  const char* const word = "h\xC3\xA9llo";
+  constexpr std::int32_t kMost = 2'147'483'647;
+  const Case cases[] = {
+      {"a whole last piece", kEveryFew, "abcd", 2, 0, 4, Longs{2, 2, 4, 4}},
+      {"a short one", kEveryFew, word, 2, 0, 6, Longs{3, 3, 5, 5}},
+      {"from inside a character", kEveryFew, word, 4, 2, 6, Longs{6, 6}},
+      {"no break", kEveryFew, "ab", 3, 0, 2, Longs{}},
+      {"a stray holds", kEveryFew, "a\x80", 1, 0, 2, {}},
+      {"behind a space", kAtSpaces, "ab cd efgh", 5, 0, 10, Longs{3, 3, 6, 6}},
+      {"a word too long", kAtSpaces, "abcdefg", 3, 0, 7, Longs{3, 3, 6, 6}},
+      {"a feed begins anew", kAtSpaces, "ab\ncd efgh", 5, 0, 10, Longs{6, 6}},
+      {"beyond the text", kEveryFew, "abc", 1, 0, 4, {}},
+      {"before the text", kAtSpaces, "abc", 1, -1, 3, {}},
+      {"turned round", kAtSpaces, "abc", 1, kMost, -kMost, {}},
+      {"no width", kAtSpaces, "abc", 0, 0, 3, {}},
+  };
+  for (const Case& c : cases) {
+    const BreakCall call = {c.operation, c.text, c.unit, c.start, c.end};
+    for (const Side side : kBothSides) {
+      const Outcome o = outcome_of(call, side);
+      EXPECT_EQ(o.result, c.want ? 1 : 0) << c.what;
+      EXPECT_EQ(o.list == BlockState{}, !c.want) << c.what;
+      EXPECT_EQ(longs_in(o.list.bytes), c.want.value_or(Longs{})) << c.what;
     }
-    if (random.one_in(malformed)) text += random_bytes(random, 3);
   }
-  return text;
-}
-
-TEST(BreakLists, FollowTheSteps) {
-  Random random(2);
-  int made = 0;
-  for (int round = 0; round < 12'000; ++round) {
-    const ListKind& kind = kKinds[round % 2];
-    std::string text = random_lines(random);
-    if (random.one_in(60)) {
-      for (int i = 0; i < 12; ++i) text += random_lines(random);
-    }
-    const auto size = static_cast<std::int32_t>(text.size());
-    model::Breaking of{text};
-    of.start = random.one_in(2) ? 0 : random.between(-1, size);
-    of.end = random.one_in(2) ? size : random.between(0, size + 1);
-    of.unit = random.one_in(2) ? random.between(0, 6) : random.between(1, 100);
-    of.reference = 5;
-    const YieldMaxScope scope(kYieldMaxima[(round / 2) % 6]);
-    const int stop_at = random.pick(std::vector<int>{0, 1, 3, kNever});
-    YieldRecorder naive(stop_at, 255);
-    const std::optional<Longs> want = kind.model(of, naive);
-    YieldRecorder host(stop_at, 255);
-    const HeldBlock block(text);
-    LockBlock(block.block);
-    QuillBlock list = block.block;
-    std::int32_t count = -3;
-    SCOPED_TRACE(testing::Message() << kind.name << ", round " << round);
-    const std::int32_t result =
-        kind.compute(block.block, of.start, of.end, of.unit, &list, &count, 5,
-                     host.callback());
-    ASSERT_EQ(result, want ? 1 : 0);
-    ASSERT_EQ(host.calls(), naive.calls());
-    if (!want) {
-      ASSERT_EQ(list, block.block);
-      ASSERT_EQ(count, -3);
-      continue;
-    }
-    ++made;
-    ASSERT_FALSE(is_locked(block.block));
-    ASSERT_FALSE(is_locked(list));
-    ASSERT_EQ(count, count_of(*want));
-    ASSERT_EQ(GetBlockSize(list), count * 4);
-    ASSERT_EQ(longs_of(list), *want);
-    DisposeBlock(list);
-  }
-  EXPECT_GT(made, 6000);
 }
 
 // Lists that outgrow their first capacity, which counts on full lines.
 TEST(BreakLists, Grow) {
-  std::string text;
-  while (text.size() < 1'500'000) text += "a bcdefghi";
-  const HeldBlock block(text);
-  const YieldRecorder host;
-  YieldRecorder naive;
-  const auto size = static_cast<std::int32_t>(text.size());
-  HeldBlock list;
-  std::int32_t count = 0;
-  ASSERT_EQ(utf8_ComputeSpaceBreaks(block.block, 0, size, 10, &list.block,
-                                    &count, 0, host.callback()),
-            1);
-  EXPECT_EQ(list.longs(), model::space_breaks({text, 0, size, 10, 0}, naive));
+  BreakCall call = {.operation = BreakCall::kAtSpaces, .unit = 10};
+  while (call.text.size() < 1'500'000) call.text += "a bcdefghi";
+  call.end = static_cast<std::int32_t>(call.text.size());
+  EXPECT_EQ(first_difference(call), "");
 }
 
 TEST(BreakLists, LeaveNothingBehindWhenMemoryIsShort) {
-  const HeldBlock block("a bcde f ghij kl");
-  const YieldRecorder host;
-  for (const ListKind& kind : kKinds) {
-    for (int at = 0; at < 2; ++at) {
-      const HeapWatch heap(at);
-      QuillBlock list = block.block;
-      std::int32_t count = -3;
-      LockBlock(block.block);
-      EXPECT_EQ(kind.compute(block.block, 0, 16, 4, &list, &count, 0,
-                             host.callback()),
-                0);
-      EXPECT_EQ(list, block.block);
-      EXPECT_EQ(count, -3);
-      EXPECT_EQ(heap.outstanding(), 0);
-    }
-  }
-}
-
-TEST(BreakLists, RefuseWhatCannotBe) {
-  const HeldBlock block("abc");
-  const YieldRecorder host;
-  for (const ListKind& kind : kKinds) {
-    QuillBlock list = block.block;
-    std::int32_t count = -3;
-    const auto refused = [&](QuillBlock text, std::int32_t start,
-                             std::int32_t end, std::int32_t unit) {
-      return kind.compute(text, start, end, unit, &list, &count, 0,
-                          host.callback()) == 0 &&
-             list == block.block && count == -3;
-    };
-    EXPECT_TRUE(refused(nullptr, 0, 3, 1));
-    EXPECT_TRUE(refused(block.block, 0, 4, 1));
-    EXPECT_TRUE(refused(block.block, -1, 3, 1));
-    EXPECT_TRUE(refused(block.block, 3, 3, 1));
-    EXPECT_TRUE(refused(block.block, 2'147'483'647, -2'147'483'647, 1));
-    EXPECT_TRUE(refused(block.block, 0, 3, 0));
+  BreakCall call = {.text = "a bcde f ghij kl", .unit = 4};
+  for (const auto operation : {BreakCall::kEveryFew, BreakCall::kAtSpaces}) {
+    call.operation = operation;
+    const Outcome whole = outcome_of(call, Side::kNaive, {0});
+    with_each_request_refused([&](const HeapWatch& heap) {
+      const Outcome o = outcome_of(call, Side::kLibrary, {0});
+      if (o.result == 1) {
+        EXPECT_EQ(o, whole);
+      } else {
+        EXPECT_TRUE(heap.failed());
+        EXPECT_EQ(o.list, BlockState{});
+        EXPECT_EQ(o.outs[0], -81);
+      }
+    });
   }
 }
 

@@ -2,146 +2,128 @@
 // alignments around the widths of vectors, against pages that can't be read.
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include "blocks/byte_kernels.h"
 #include "tests/support/guarded_text.h"
-#include "tests/support/random_text.h"
+#include "tests/support/random_inputs.h"
+#include "tests/support/show.h"
 
 namespace quill::test {
 namespace {
 
 // Few different bytes, so that sets and anchors hit and miss often.
-void fill(Random& random, Byte* bytes, Offset size) {
-  const std::vector<Byte> from =
-      random.one_in(2)
-          ? std::vector<Byte>{'a', 'A', 'b', 'z', 0x80, 0xC3, 0xE2, 0xF0}
-          : std::vector<Byte>{'a', 'a', 'a', 'a', 'a', 'a', 'b'};
-  const bool ascii = from.size() == 7 && random.one_in(2);
+std::string draw_bytes(Input& in, Offset size) {
+  const bool few = in.flag();
+  const bool ascii = few && in.flag();
   std::string text;
   while (std::ssize(text) < size) {
-    text += !ascii && random.one_in(3)
-                ? random_text(random, 3)
-                : std::string(1, static_cast<char>(random.pick(from)));
+    text += !ascii && in.one_in(3) ? in.well_formed(3)
+            : few
+                ? in.pick({"a", "a", "a", "a", "a", "a", "b"})
+                : in.pick({"a", "A", "b", "z", "\x80", "\xC3", "\xE2", "\xF0"});
   }
-  if (size > 0) std::memcpy(bytes, text.data(), static_cast<std::size_t>(size));
+  return text.substr(0, static_cast<std::size_t>(size));
 }
 
-ByteSet random_set(Random& random) {
+ByteSet draw_set(Input& in) {
   ByteSet set;
-  switch (random.between(0, 3)) {
-    case 0:
-      set.add(random.pick<Byte>({'a', 'b', 0x80, 0xE2}));
-      break;
-    case 1:
-      set.add('a');
-      set.add(random.pick<Byte>({'A', 'z', 0xE1}));
-      break;
-    case 2:
-      for (int i = random.between(0, 40); i > 0; --i) {
-        set.add(static_cast<Byte>(random.between(0, 255)));
-      }
-      break;
-    default:
-      set.add(random.pick<Byte>({'a', 'b', 0x80, 0xE2}));
-      set.invert();
+  const int kind = in.between(0, 3);
+  if (kind == 2) {
+    for (int left = in.between(0, 40); left > 0; --left) set.add(in.byte());
+    return set;
   }
+  set.add(in.pick<Byte>({'a', 'b', 0x80, 0xE2}));
+  if (kind == 1) set.add(in.pick<Byte>({'A', 'z', 0xE1}));
+  if (kind == 3) set.invert();
   return set;
 }
 
-std::vector<std::uint64_t> marks_of(Offset size, auto mark) {
-  std::vector<std::uint64_t> words(static_cast<std::size_t>(size + 63) / 64 + 1,
-                                   0x5555);
-  mark(words.data());
-  return words;
-}
-
-// Compares the answers of one set of kernels on one range with the portable
-// ones. Anchors look up to `before` bytes before and `after` bytes behind it.
-void compare(const ByteKernels& k, Random& random, const Byte* first,
-             const Byte* last, Offset before, Offset after) {
-  const ByteKernels& p = kPortableKernels;
-  const Offset size = last - first;
-  const Byte byte = random.pick<Byte>({'a', 'b', 'z', 0x80});
-  EXPECT_EQ(k.find_byte(first, last, byte), p.find_byte(first, last, byte));
-  EXPECT_EQ(k.find_byte_backward(first, last, byte),
-            p.find_byte_backward(first, last, byte));
-  const Byte other = random.pick<Byte>({'a', 'b', 0x80});
-  EXPECT_EQ(k.find_pair(first, last, byte, other, after),
-            p.find_pair(first, last, byte, other, after));
-  EXPECT_EQ(k.find_non_ascii(first, last), p.find_non_ascii(first, last));
-  EXPECT_EQ(k.count_leads(first, last), p.count_leads(first, last));
-  const Offset index = random.between(0, static_cast<int>(size));
-  EXPECT_EQ(k.nth_lead(first, last, index), p.nth_lead(first, last, index));
-
-  const ByteSet set = random_set(random);
-  EXPECT_EQ(k.find_member(first, last, set), p.find_member(first, last, set));
-  EXPECT_EQ(k.find_member_backward(first, last, set),
-            p.find_member_backward(first, last, set));
-  const auto marks = [&](const ByteKernels& kernels, auto mark) {
-    return marks_of(size, [&](std::uint64_t* words) { mark(kernels, words); });
+// Compares the answers of each set of kernels on [first, last) with the
+// portable ones. Up to `before` bytes before it and `after` bytes behind may be
+// looked at.
+std::string compare(Input& in, const Byte* first, const Byte* last,
+                    Offset before, Offset after) {
+  std::string differing;
+  const auto same = [&](const char* name, auto ask) {
+    for (const ByteKernels* kernels : available_kernels()) {
+      if (ask(*kernels) == ask(kPortableKernels)) continue;
+      differing += std::string(kernels->name) + ' ' + name + '\n';
+    }
   };
-  const auto members = [&](const ByteKernels& kernels, std::uint64_t* words) {
-    kernels.mark_members(first, last, set, words);
+  const auto same_marks = [&](const char* name, auto mark) {
+    same(name, [&](const ByteKernels& k) {
+      std::vector<std::uint64_t> words(
+          static_cast<std::size_t>(last - first + 63) / 64 + 1, 0x5555);
+      mark(k, words.data());
+      return words;
+    });
   };
-  EXPECT_EQ(marks(k, members), marks(p, members));
-  const auto leads = [&](const ByteKernels& kernels, std::uint64_t* words) {
-    kernels.mark_leads(first, last, words);
-  };
-  EXPECT_EQ(marks(k, leads), marks(p, leads));
-
+  const auto size = static_cast<int>(last - first);
+  const Byte byte = in.pick<Byte>({'a', 'b', 'z', 0x80});
+  const Byte far = in.pick<Byte>({'a', 'b', 0x80});
+  const Offset index = in.between(0, size);
+  const ByteSet set = draw_set(in);
   std::vector<Anchor> anchors;
-  for (int count = random.between(1, kMostAnchors); count > 0; --count) {
+  for (int left = in.between(1, kMostAnchors); left > 0; --left) {
     const Offset offset =
-        random.between(-static_cast<int>(before), static_cast<int>(after));
-    anchors.push_back(random.one_in(2) ? Anchor(byte, offset)
-                                       : Anchor(random_set(random), offset));
+        in.between(-static_cast<int>(before), static_cast<int>(after));
+    anchors.push_back(in.flag() ? Anchor(byte, offset)
+                                : Anchor(draw_set(in), offset));
   }
-  EXPECT_EQ(k.find_anchored(first, last, anchors),
-            p.find_anchored(first, last, anchors));
-  EXPECT_EQ(k.find_anchored_backward(first, last, anchors),
-            p.find_anchored_backward(first, last, anchors));
-  const auto anchored = [&](const ByteKernels& kernels, std::uint64_t* words) {
-    kernels.mark_anchored(first, last, anchors, words);
-  };
-  EXPECT_EQ(marks(k, anchored), marks(p, anchored));
-
-  for (const Offset most :
-       {Offset{0}, Offset{random.between(0, static_cast<int>(size))}, size}) {
-    const Walk seen = k.walk_characters(first, last, most);
-    const Walk wanted = p.walk_characters(first, last, most);
-    EXPECT_EQ(seen.next, wanted.next) << "most " << most;
-    EXPECT_EQ(seen.characters, wanted.characters) << "most " << most;
+  using K = const ByteKernels&;
+  using Words = std::uint64_t*;
+  same("find_byte", [&](K k) { return k.find_byte(first, last, byte); });
+  same("find_byte_backward",
+       [&](K k) { return k.find_byte_backward(first, last, byte); });
+  same("find_pair",
+       [&](K k) { return k.find_pair(first, last, byte, far, after); });
+  same("find_non_ascii", [&](K k) { return k.find_non_ascii(first, last); });
+  same("count_leads", [&](K k) { return k.count_leads(first, last); });
+  same("nth_lead", [&](K k) { return k.nth_lead(first, last, index); });
+  same("find_member", [&](K k) { return k.find_member(first, last, set); });
+  same("find_member_backward",
+       [&](K k) { return k.find_member_backward(first, last, set); });
+  same("find_anchored",
+       [&](K k) { return k.find_anchored(first, last, anchors); });
+  same("find_anchored_backward",
+       [&](K k) { return k.find_anchored_backward(first, last, anchors); });
+  same_marks("mark_members", [&](K k, Words words) {
+    k.mark_members(first, last, set, words);
+  });
+  same_marks("mark_leads",
+             [&](K k, Words words) { k.mark_leads(first, last, words); });
+  same_marks("mark_anchored", [&](K k, Words words) {
+    k.mark_anchored(first, last, anchors, words);
+  });
+  for (const int most : {0, in.between(0, size), size}) {
+    same("walk_characters", [&](K k) {
+      const Walk walk = k.walk_characters(first, last, most);
+      return std::pair(walk.next, walk.characters);
+    });
   }
+  return differing;
 }
 
 TEST(Kernels, AgreeWithThePortableOnes) {
-  for (const ByteKernels* kernels : available_kernels()) {
-    SCOPED_TRACE(kernels->name);
-    Random random(31);
-    // Pages filled to the last byte: both ends of the range can lie against
-    // one that can't be read.
-    const GuardedText pages(std::string(4096, '?'));
-    Byte* const begin = reinterpret_cast<Byte*>(pages.data());
-    for (int size = 0; size <= 340; ++size) {
-      for (int round = 0; round < 8; ++round) {
-        const Offset before = random.pick<int>({0, 0, 1, 9});
-        const Offset after = random.pick<int>({0, 0, 2, 40});
-        const bool at_end = random.one_in(2);
-        Byte* const first = at_end ? begin + 4096 - after - size
-                                   : begin + before + random.between(0, 3);
-        fill(random, first - before, before + size + after);
-        SCOPED_TRACE(testing::Message()
-                     << testing::PrintToString(std::string(
-                            reinterpret_cast<char*>(first - before),
-                            static_cast<std::size_t>(before + size + after)))
-                     << " size " << size << " before " << before << " after "
-                     << after);
-        compare(*kernels, random, first, first + size, before, after);
-        if (HasFailure()) return;
-      }
-    }
-  }
+  int round = 0;
+  // Pages filled to the last byte: both ends of the range can lie against one
+  // that can't be read.
+  const GuardedText pages(std::string(4096, '?'));
+  for_random_inputs(31, 341 * 8, [&](Input& in) {
+    const Offset size = round++ / 8;
+    const Offset before = in.pick({0, 0, 1, 9});
+    const Offset after = in.pick({0, 0, 2, 40});
+    const Offset start =
+        in.flag() ? 4096 - after - size - before : Offset{in.between(0, 3)};
+    const std::string bytes = draw_bytes(in, before + size + after);
+    std::copy(bytes.begin(), bytes.end(), pages.data() + start);
+    const Byte* const first = as_bytes(pages.data()) + start + before;
+    const std::string differing =
+        compare(in, first, first + size, before, after);
+    return differing.empty()
+               ? differing
+               : differing + show_fields("bytes", bytes, "size", size, "before",
+                                         before, "after", after);
+  });
 }
 
 // Counters in vector lanes must not wrap on long stretches.

@@ -2,11 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <limits>
-#include <numeric>
+#include <functional>
 
-#include "tests/support/blocks.h"
-#include "tests/support/random_text.h"
+#include "tests/support/random_inputs.h"
+#include "tests/support/show.h"
 
 namespace quill::test {
 namespace {
@@ -48,14 +47,11 @@ TEST(BinarySearchLongs, TellsThePlace) {
 
 // The very steps of the bisection, also where the array isn't ascending.
 TEST(BinarySearchLongs, AgreesWithItsSteps) {
-  Random random(41);
-  for (int round = 0; round < 20000; ++round) {
-    Longs array;
-    for (int i = random.between(1, 40); i > 0; --i) {
-      array.push_back(random.between(-9, 9));
-    }
-    if (!random.one_in(4)) std::sort(array.begin(), array.end());
-    const int key = random.between(-10, 10);
+  for_random_inputs(41, 20'000, [](Input& in) -> std::string {
+    Longs array(static_cast<std::size_t>(in.between(1, 40)));
+    for (std::int32_t& each : array) each = in.between(-9, 9);
+    if (!in.one_in(4)) std::sort(array.begin(), array.end());
+    const int key = in.between(-10, 10);
     std::size_t low = 0;
     std::size_t high = array.size() - 1;
     while (low < high) {
@@ -66,50 +62,44 @@ TEST(BinarySearchLongs, AgreesWithItsSteps) {
         high = middle;
       }
     }
-    const bool less = array[low] < key;
+    const auto wanted =
+        static_cast<std::int32_t>(low) + (array[low] < key ? 1 : 0);
     std::int32_t index = -88;
-    ASSERT_EQ(
-        BinarySearchLongs(array.data(), static_cast<std::int32_t>(array.size()),
-                          key, &index),
-        array[low] == key ? 1 : 0)
-        << testing::PrintToString(array) << " " << key;
-    ASSERT_EQ(index, static_cast<std::int32_t>(low) + (less ? 1 : 0));
-  }
-}
-
-void expect_sorted(Longs array, const char* what) {
-  Longs wanted = array;
-  std::sort(wanted.begin(), wanted.end());
-  SortLongs(array.data(), 0, static_cast<std::int32_t>(array.size()));
-  EXPECT_EQ(array, wanted) << what << ", " << array.size() << " elements";
+    const std::int32_t found = BinarySearchLongs(
+        array.data(), static_cast<std::int32_t>(array.size()), key, &index);
+    if (index == wanted && (found == 1) == (array[low] == key)) return {};
+    return show_fields("array", array, "key", key, "index", index);
+  });
 }
 
 // Sizes around those at which a sort changes its method; a quadratic sort would
 // take minutes over the long ones.
 TEST(SortLongs, SortsEveryShape) {
-  Random random(42);
-  constexpr std::int32_t kLowest = std::numeric_limits<std::int32_t>::min();
+  std::mt19937 generator(42);
+  const auto any = [&] { return static_cast<std::int32_t>(generator()); };
+  const std::function<std::int32_t(int, int)> shapes[] = {
+      [&](int, int) { return any(); },
+      [](int i, int) { return i; },
+      [](int i, int) { return -i; },
+      [](int, int) { return 5; },
+      [&](int, int) { return any() % 3; },
+      [](int i, int size) { return std::min(i, size - i); },
+      [](int i, int) { return i % 17; },
+      [&](int, int) { return 1 << (any() & 30); },
+      // In clusters, and nearly ascending.
+      [&](int, int) { return any() % 4 * 500'000'000 + any() % 300; },
+      [&](int i, int) { return any() % 50 == 0 ? -i : i; },
+  };
   for (const int size :
        {0, 1, 2, 3, 9, 23, 24, 25, 64, 127, 128, 129, 500, 5000, 100'000}) {
-    Longs array(static_cast<std::size_t>(size));
-    const auto with = [&](const char* what, auto value) {
-      for (int i = 0; i < size; ++i) {
-        array[static_cast<std::size_t>(i)] = value(i);
-      }
-      expect_sorted(array, what);
-    };
-    with("random", [&](int) { return random.between(kLowest, 2147483647); });
-    with("ascending", [](int i) { return i; });
-    with("descending", [](int i) { return -i; });
-    with("equal", [](int) { return 5; });
-    with("few values", [&](int) { return random.between(-1, 2); });
-    with("organ pipe", [&](int i) { return std::min(i, size - i); });
-    with("saw", [](int i) { return i % 17; });
-    with("powers of two", [&](int) { return 1 << random.between(0, 30); });
-    with("in clusters", [&](int) {
-      return random.between(-3, 3) * 500'000'000 + random.between(0, 300);
-    });
-    with("nearly ascending", [&](int i) { return random.one_in(50) ? -i : i; });
+    for (std::size_t shape = 0; shape < std::size(shapes); ++shape) {
+      Longs array;
+      for (int i = 0; i < size; ++i) array.push_back(shapes[shape](i, size));
+      Longs wanted = array;
+      std::sort(wanted.begin(), wanted.end());
+      SortLongs(array.data(), 0, size);
+      EXPECT_EQ(array, wanted) << "shape " << shape << ", size " << size;
+    }
   }
 }
 

@@ -1,36 +1,35 @@
-// The readers and counters of characters step by step.
+// Readers and counters of characters, and single lookups in masks and sets, one
+// byte and one comparison at a time.
 #pragma once
 
-#include "tests/support/yield_recorder.h"
+#include <cstdint>
 
-namespace quill::test {
+#include "quillcore.h"
 
-// What a reader leaves in its out-parameters. The caller fills it beforehand.
-struct ReadOuts {
-  std::int32_t start = -77;
-  std::int32_t length = -77;
-  std::int32_t value = -77;
-  std::int32_t next = -77;
+namespace quill::naive {
 
-  bool operator==(const ReadOuts&) const = default;
+decltype(::utf8_GetNextCharAsLong) utf8_GetNextCharAsLong;
+decltype(::utf8_GetNextCharValue) utf8_GetNextCharValue;
+decltype(::utf8_GetCharAsLong) utf8_GetCharAsLong;
+decltype(::utf8_GetPrevCharAsLong) utf8_GetPrevCharAsLong;
+decltype(::utf8_CountCharacters) utf8_CountCharacters;
+decltype(::utf8_CountCharactersTask) utf8_CountCharactersTask;
+decltype(::utf8_CountToOffset) utf8_CountToOffset;
+decltype(::utf8_MaskChar) utf8_MaskChar;
+decltype(::utf8_MatchChar) utf8_MatchChar;
+decltype(::utf8_InList) utf8_InList;
+
+// The readers as the other models use them.
+struct Character {
+  bool was_read = false;
+  int32_t start = 0;
+  int32_t packed = 0;
+  int32_t next = 0;
 };
+Character next_character(const char* text, int32_t position, int32_t end);
+Character containing_character(const char* text, int32_t position, int32_t end);
+Character previous_character(const char* text, int32_t position, int32_t end);
 
-std::int32_t model_get_next_as_long(const char* text, std::int32_t position,
-                                    std::int32_t end, ReadOuts& outs);
-std::int32_t model_get_next_value(const char* text, std::int32_t position,
-                                  std::int32_t end, ReadOuts& outs);
-std::int32_t model_get_containing(const char* text, std::int32_t position,
-                                  std::int32_t end, ReadOuts& outs);
-std::int32_t model_get_previous(const char* text, std::int32_t position,
-                                std::int32_t end, ReadOuts& outs);
+bool is_continuation_at(const char* text, std::int64_t position);
 
-std::int32_t model_count(const char* text, std::int32_t start, std::int32_t end,
-                         std::int32_t* count);
-std::int32_t model_count_task(const char* text, std::int32_t start,
-                              std::int32_t end, std::int32_t* count,
-                              std::int32_t reference, YieldRecorder& host);
-std::int32_t model_count_to_offset(const char* text, std::int32_t start,
-                                   std::int32_t end, std::int32_t* count,
-                                   std::int32_t* offset);
-
-}  // namespace quill::test
+}  // namespace quill::naive

@@ -1,239 +1,222 @@
 #include "tests/models/edit_model.h"
 
-#include <cstddef>
-#include <cstdint>
+#include <algorithm>
+#include <optional>
 
-namespace quill::test {
+#include "tests/models/characters_model.h"
+#include "tests/models/meter.h"
+#include "tests/support/blocks.h"
+
+namespace quill::naive {
 namespace {
 
-using Wide = std::int64_t;
+using test::Longs;
 
-std::size_t at(Wide index) { return static_cast<std::size_t>(index); }
+// A selection and what takes its place; without anything it stays.
+struct Edit {
+  Long start;
+  Long end;
+  std::optional<std::string> with;
+};
+using Edits = std::vector<Edit>;
 
-int length_of(char lead) {
-  const int byte = static_cast<unsigned char>(lead);
-  if ((byte & 0xF0) == 0xF0) return 4;
-  if ((byte & 0xE0) == 0xE0) return 3;
-  if ((byte & 0xC0) == 0xC0) return 2;
-  return 1;
+bool are_canonical(const Edits& edits, QuillBlock text) {
+  Long reached = 0;
+  for (const Edit& edit : edits) {
+    if (edit.start < reached || edit.end < edit.start) return false;
+    reached = edit.end;
+  }
+  return reached <= GetBlockSize(text);
 }
 
-bool continues(char byte) {
-  return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+// An edit at each of the list's selections, or nothing for a list that is not
+// canonical. Both Blocks end unlocked.
+std::optional<Edits> edits_at(QuillBlock text, QuillBlock selections,
+                              const std::string& with) {
+  UnlockBlock(text);
+  UnlockBlock(selections);
+  const Longs list = test::longs_of(selections);
+  if (text == nullptr || list.size() % 2 != 0) return std::nullopt;
+  Edits edits;
+  for (std::size_t i = 0; i < list.size(); i += 2) {
+    edits.push_back({list[i], list[i + 1], with});
+  }
+  if (!are_canonical(edits, text)) return std::nullopt;
+  return edits;
 }
 
-Longs decode(const std::string& bytes) {
+std::string part_of(const std::string& text, Long start, Long end) {
+  return text.substr(static_cast<std::size_t>(start),
+                     static_cast<std::size_t>(end - start));
+}
+
+// Makes the edits. Each then has the place of its selection in the text as it
+// would be if only those that shrink had been made.
+void make(Edits& edits, QuillBlock block) {
+  const std::string text = test::bytes_of(block);
+  std::string edited;
+  Long done = 0;
+  Long shrunk = 0;
+  for (Edit& edit : edits) {
+    const std::string selected = part_of(text, edit.start, edit.end);
+    const std::string& piece = edit.with ? *edit.with : selected;
+    edited += part_of(text, done, edit.start) + piece;
+    done = edit.end;
+    const std::size_t kept = std::min(piece.size(), selected.size());
+    edit.start -= shrunk;
+    edit.end = edit.start + static_cast<Long>(kept);
+    shrunk += static_cast<Long>(selected.size() - kept);
+  }
+  edited += text.substr(static_cast<std::size_t>(done));
+  test::set_bytes(block, edited);
+}
+
+Longs decoded(const std::string& bytes) {
   Longs characters;
-  Wide i = 0;
-  const Wide end = std::ssize(bytes);
-  while (i < end) {
-    while (i < end && continues(bytes[at(i)])) ++i;
-    if (i == end) break;
-    const int length = length_of(bytes[at(i)]);
-    if (i + length > end) break;
-    std::uint32_t packed = 0;
-    for (int b = 0; b < length; ++b) {
-      packed |= std::uint32_t{static_cast<unsigned char>(bytes[at(i + b)])}
-                << (8 * b);
-    }
-    characters.push_back(static_cast<std::int32_t>(packed));
-    i += length;
+  const auto end = static_cast<Long>(bytes.size());
+  Character read = next_character(bytes.data(), 0, end);
+  while (read.was_read) {
+    characters.push_back(read.packed);
+    read = next_character(bytes.data(), read.next, end);
   }
   return characters;
 }
 
-void append_character(std::string& out, std::int32_t packed) {
-  const auto bits = static_cast<std::uint32_t>(packed);
-  out += static_cast<char>(bits & 0xFF);
-  for (int b = 1; b < 4; ++b) {
-    const auto byte = static_cast<char>((bits >> (8 * b)) & 0xFF);
-    if (byte != 0) out += byte;
+std::string encoded(Long packed) {
+  std::string bytes;
+  for (int shift = 0; shift < 32; shift += 8) {
+    const auto byte = static_cast<char>(packed >> shift & 0xFF);
+    if (shift == 0 || byte != 0) bytes += byte;
   }
+  return bytes;
 }
 
-bool canonical(const Longs& list, const std::string& text) {
-  std::int32_t reached = 0;
-  for (const std::int32_t offset : list) {
-    if (offset < reached || offset > std::ssize(text)) return false;
-    reached = offset;
-  }
-  return list.size() % 2 == 0;
+bool is_string(const char* bytes, Long length) {
+  return length == 0 || (length > 0 && bytes != nullptr);
 }
 
-// memmove within the text.
-void move(std::string& text, Wide from, Wide to, Wide count) {
-  const std::string moved = count > 0 ? text.substr(at(from), at(count)) : "";
-  text.replace(at(to), moved.size(), moved);
+std::string string_of(const char* bytes, Long length) {
+  return length == 0 ? ""
+                     : std::string(bytes, static_cast<std::size_t>(length));
 }
 
-void put(std::string& text, Wide where, const std::string& bytes) {
-  text.replace(at(where), bytes.size(), bytes);
+bool has_open_position(const std::string& string, const unsigned char* flags) {
+  Long count = 0;
+  utf8_CountCharacters(string.data(), 0, static_cast<Long>(string.size()),
+                       &count);
+  return flags != nullptr &&
+         std::any_of(flags, flags + count,
+                     [](unsigned char flag) { return flag == 0; });
 }
 
-// A selection as the three passes see it.
-struct Edit {
-  Wide start;
-  Wide end;
-  std::string with;
-  int kind;  // 0 stays, else the replacement is 1 shorter, 2 as long, 3 longer
-  Wide length() const { return end - start; }
-};
-
-int kind_of(Wide length, Wide replacement) {
-  return replacement < length ? 1 : replacement == length ? 2 : 3;
-}
-
-// The three passes; leaves the places of the second in `edits`.
-void three_passes(std::string& text, std::vector<Edit>& edits) {
-  const Wide size = std::ssize(text);
-  for (const Edit& edit : edits) {
-    if (edit.kind == 2) put(text, edit.start, edit.with);
-  }
-  Wide w = edits[0].start;
-  for (std::size_t k = 0; k < edits.size(); ++k) {
-    Edit& edit = edits[k];
-    const Wide next = k + 1 < edits.size() ? edits[k + 1].start : size;
-    const Edit old = edit;
-    if (edit.kind != 1) {
-      move(text, old.start, w, next - old.start);
-      edit.start = w;
-      edit.end = w + old.length();
-      w += next - old.start;
-    } else {
-      put(text, w, edit.with);
-      edit.start = w;
-      edit.end = w + std::ssize(edit.with);
-      w = edit.end;
-      move(text, old.end, w, next - old.end);
-      w += next - old.end;
-    }
-  }
-  text.resize(at(w));
-  const Wide compact = w;
-  Wide grown = compact;
-  for (const Edit& edit : edits) {
-    if (edit.kind == 3) grown += std::ssize(edit.with) - edit.length();
-  }
-  text.resize(at(grown));
-  const Wide last = edits.back().end;
-  w = last + grown - compact;
-  move(text, last, w, compact - last);
-  for (std::size_t k = edits.size(); k-- > 0;) {
-    const Edit& edit = edits[k];
-    if (edit.kind == 3) {
-      w -= std::ssize(edit.with);
-      put(text, w, edit.with);
-    } else {
-      w -= edit.length();
-      move(text, edit.start, w, edit.length());
-    }
-    if (k == 0) break;
-    const Wide gap = edit.start - edits[k - 1].end;
-    w -= gap;
-    move(text, edits[k - 1].end, w, gap);
-  }
+// What an entry is to become, or nothing where its fields contradict each
+// other.
+std::optional<Edit> edit_of(const QuillReplaceEntry& entry) {
+  Edit edit = {entry.start, entry.end, std::nullopt};
+  if (entry.kind == 0) return edit;
+  const Long length = entry.replacement_length;
+  if (!is_string(entry.replacement, length)) return std::nullopt;
+  const std::int64_t change = length - (std::int64_t{entry.end} - entry.start);
+  const int kind = change < 0 ? 1 : change == 0 ? 2 : 3;
+  if (entry.kind != kind) return std::nullopt;
+  edit.with = string_of(entry.replacement, length);
+  return edit;
 }
 
 }  // namespace
 
-int model_count_characters(const std::string& string) {
-  int count = 0;
-  for (Wide i = 0; i < std::ssize(string); i += length_of(string[at(i)])) {
-    ++count;
-  }
-  return count;
+Long DelSel(QuillBlock* text, QuillBlock selections) {
+  if (GetBlockSize(*text) == 0 || GetBlockSize(selections) < 4) return 1;
+  std::optional<Edits> edits = edits_at(*text, selections, "");
+  if (!edits) return 0;
+  make(*edits, *text);
+  return 1;
 }
 
-bool model_delete(std::string& text, const Longs& list) {
-  if (text.empty() || list.empty()) return true;
-  if (!canonical(list, text)) return false;
-  for (std::size_t k = list.size(); k > 0; k -= 2) {
-    text.erase(at(list[k - 2]), at(list[k - 1] - list[k - 2]));
+Long InsertDualStr(QuillBlock* text, QuillBlock selections, const char* leading,
+                   Long leading_length, const char* trailing,
+                   Long trailing_length) {
+  if (!is_string(leading, leading_length)) return 0;
+  if (!is_string(trailing, trailing_length)) return 0;
+  if (GetBlockSize(selections) < 8) return 0;
+  const std::optional<Edits> places = edits_at(*text, selections, "");
+  if (!places) return 0;
+  Edits edits;
+  for (const auto& [start, end, with] : *places) {
+    edits.push_back({start, start, string_of(leading, leading_length)});
+    edits.push_back({end, end, string_of(trailing, trailing_length)});
   }
-  return true;
+  make(edits, *text);
+  return 1;
 }
 
-bool model_wrap(std::string& text, const Longs& list,
-                const std::string& leading, const std::string& trailing) {
-  if (list.size() < 2 || !canonical(list, text)) return false;
-  for (std::size_t k = list.size(); k > 0; k -= 2) {
-    text.insert(at(list[k - 1]), trailing);
-    text.insert(at(list[k - 2]), leading);
+Long InsertStr(QuillBlock* text, QuillBlock selections, const char* string,
+               Long string_length, const unsigned char* position_flags) {
+  if (!is_string(string, string_length)) return 0;
+  const std::string with = string_of(string, string_length);
+  if (with.empty()) return DelSel(text, selections);
+  if (has_open_position(with, position_flags)) {
+    const Longs form = decoded(with);
+    return InsertMaskedStr(text, selections, form.data(),
+                           static_cast<Long>(form.size()), position_flags);
   }
-  return true;
+  if (GetBlockSize(selections) < 4) return 0;
+  std::optional<Edits> edits = edits_at(*text, selections, with);
+  if (!edits) return 0;
+  make(*edits, *text);
+  auto* place = reinterpret_cast<Long*>(*selections);
+  for (const Edit& edit : *edits) {
+    *place++ = edit.start;
+    *place++ = edit.end;
+  }
+  return 1;
 }
 
-bool model_insert(std::string& text, Longs& list, const std::string& string,
-                  const Flags* flags) {
-  if (string.empty()) return model_delete(text, list);
-  bool open = false;
-  for (int i = 0; flags != nullptr && i < model_count_characters(string); ++i) {
-    open = open || (*flags)[at(i)] == 0;
+Long InsertMaskedStr(QuillBlock* text, QuillBlock selections,
+                     const Long* characters, Long character_count,
+                     const unsigned char* position_flags) {
+  if (character_count == 0) return DelSel(text, selections);
+  if (GetBlockSize(selections) < 4) return 1;
+  if (character_count < 0 || characters == nullptr ||
+      position_flags == nullptr) {
+    return 0;
   }
-  if (open) return model_overlay(text, list, decode(string), *flags);
-  if (list.empty() || !canonical(list, text)) return false;
-
-  std::vector<Edit> edits;
-  for (std::size_t k = 0; k < list.size(); k += 2) {
-    edits.push_back({list[k], list[k + 1], string,
-                     kind_of(list[k + 1] - list[k], std::ssize(string))});
-  }
-  three_passes(text, edits);
-  for (std::size_t k = 0; k < edits.size(); ++k) {
-    list[2 * k] = static_cast<std::int32_t>(edits[k].start);
-    list[2 * k + 1] = static_cast<std::int32_t>(edits[k].end);
-  }
-  return true;
-}
-
-bool model_overlay(std::string& text, const Longs& list,
-                   const Longs& characters, const Flags& flags) {
-  if (characters.empty()) return model_delete(text, list);
-  if (list.empty()) return true;
-  if (!canonical(list, text)) return false;
-  std::string out;
-  Wide done = 0;
-  for (std::size_t k = 0; k < list.size(); k += 2) {
-    out += text.substr(at(done), at(list[k] - done));
-    const Longs own =
-        decode(text.substr(at(list[k]), at(list[k + 1] - list[k])));
-    for (std::size_t i = 0; i < characters.size(); ++i) {
-      const bool stays = flags[i] != 1 && i < own.size();
-      append_character(out, stays ? own[i] : characters[i]);
+  std::optional<Edits> edits = edits_at(*text, selections, "");
+  if (!edits) return 0;
+  const std::string before = test::bytes_of(*text);
+  for (Edit& edit : *edits) {
+    const Longs own = decoded(part_of(before, edit.start, edit.end));
+    for (Long i = 0; i < character_count; ++i) {
+      const bool stays = position_flags[i] != 1 && i < std::ssize(own);
+      *edit.with +=
+          encoded(stays ? own[static_cast<std::size_t>(i)] : characters[i]);
     }
-    done = list[k + 1];
   }
-  text = out + text.substr(at(done));
-  return true;
+  make(*edits, *text);
+  const QuillBlock made = test::block_of(test::bytes_of(*text));
+  DisposeBlock(*text);
+  *text = made;
+  return 1;
 }
 
-bool model_insert_multiple(std::string& text,
-                           std::vector<QuillReplaceEntry>& entries) {
-  if (entries.empty()) return false;
-  Longs list;
-  std::vector<Edit> edits;
-  for (const QuillReplaceEntry& entry : entries) {
-    list.insert(list.end(), {entry.start, entry.end});
-    const Wide length = Wide{entry.end} - entry.start;
-    if (entry.kind != 0 &&
-        (entry.replacement_length < 0 ||
-         entry.kind != kind_of(length, entry.replacement_length) ||
-         (entry.replacement == nullptr && entry.replacement_length > 0))) {
-      return false;
-    }
-    std::string with;
-    if (entry.kind != 0 && entry.replacement_length > 0) {
-      with.assign(entry.replacement, at(entry.replacement_length));
-    }
-    edits.push_back({entry.start, entry.end, with, entry.kind});
+Long InsertMultiple(QuillBlock* text, QuillReplaceEntry** entries,
+                    Long entry_count) {
+  if (entry_count <= 0 || entries == nullptr || *text == nullptr) return 0;
+  UnlockBlock(*text);
+  Edits edits;
+  for (Long i = 0; i < entry_count; ++i) {
+    if (entries[i] == nullptr) return 0;
+    const std::optional<Edit> edit = edit_of(*entries[i]);
+    if (!edit) return 0;
+    edits.push_back(*edit);
   }
-  if (!canonical(list, text)) return false;
-  three_passes(text, edits);
-  for (std::size_t k = 0; k < edits.size(); ++k) {
-    entries[k].start = static_cast<std::int32_t>(edits[k].start);
-    entries[k].end = static_cast<std::int32_t>(edits[k].end);
+  if (!are_canonical(edits, *text)) return 0;
+  make(edits, *text);
+  for (Long i = 0; i < entry_count; ++i) {
+    entries[i]->start = edits[static_cast<std::size_t>(i)].start;
+    entries[i]->end = edits[static_cast<std::size_t>(i)].end;
   }
-  return true;
+  return 1;
 }
 
-}  // namespace quill::test
+}  // namespace quill::naive

@@ -1,192 +1,200 @@
 #include "tests/models/pattern_model.h"
 
-#include <cstddef>
+#include <limits>
 
-namespace quill::model {
+#include "tests/models/byte_search_model.h"
+#include "tests/models/characters_model.h"
+#include "tests/models/meter.h"
+#include "tests/support/blocks.h"
+
+namespace quill::naive {
 namespace {
 
-int byte_at(const char* text, std::int32_t offset) {
-  return static_cast<unsigned char>(text[offset]);
-}
+using Parts = const QuillRangePart* const*;
 
-// The next character at or after `position`; false writes only `next`.
-bool read(const char* text, std::int32_t position, std::int32_t end,
-          std::int32_t* character, std::int32_t* next) {
-  *next = end;
-  if (position >= end || text == nullptr || position < 0) return false;
-  while ((byte_at(text, position) & 0xC0) == 0x80) {
-    if (++position == end) return false;
-  }
-  const int lead = byte_at(text, position);
-  int length = 1;
-  if (lead >= 0xC0) length = 2;
-  if (lead >= 0xE0) length = 3;
-  if (lead >= 0xF0) length = 4;
-  if (std::int64_t{position} + length > end) return false;
-  std::uint32_t value = 0;
-  for (int i = length; i-- > 0;) {
-    value =
-        value << 8 | static_cast<std::uint32_t>(byte_at(text, position + i));
-  }
-  *character = static_cast<std::int32_t>(value);
-  *next = position + length;
-  return true;
-}
-
-bool in_set(const QuillRangePart& part, std::int32_t key) {
-  if (part.character_count <= 0) return false;
-  std::int32_t low = 0;
-  std::int32_t high = part.character_count - 1;
+// By the steps of the bisection, also where the set is out of order.
+bool accepts(const QuillRangePart& part, Long character) {
+  Long low = 0;
+  Long high = part.character_count - 1;
   while (low < high) {
-    const std::int32_t middle = (low + high) / 2;
-    if (key > part.characters[middle]) {
+    const Long middle = (low + high) / 2;
+    if (character > part.characters[middle]) {
       low = middle + 1;
     } else {
       high = middle;
     }
   }
-  return part.characters[low] == key;
+  const bool is_member =
+      part.character_count > 0 && part.characters[low] == character;
+  return is_member == (part.include != 0);
 }
 
-// The byte search of the fast start.
-std::int32_t find_byte(const char* text, std::int32_t start, std::int32_t end,
-                       int wanted, test::NaiveMeter meter) {
-  std::int32_t position = start;
-  while (position < end) {
-    if (byte_at(text, position) == wanted) return position;
-    if (!meter.go_on) return -1;
-    ++position;
+bool is_refused(const char* text, Long from, Long to, Long part_count) {
+  return text == nullptr || from < 0 || from > to || to < 1 || part_count < 1;
+}
+
+// Searches again and again, and hands each match to `take`. Returns where the
+// next search would begin.
+template <class Take>
+Long walk_matches(const char* text, Long from, Long to, Parts parts,
+                  Long part_count, Long reference, QuillYield yield,
+                  Take take) {
+  Meter meter(reference, yield);
+  Long position = from;
+  while (position < to && meter.go_on) {
+    Long start = 0;
+    Long end = 0;
+    if (naive::utf8_FindPattern(text, position, to, parts, part_count, &start,
+                                &end, &position, reference, yield) == 1) {
+      take(start, end);
+      if (start == end) position = next_character(text, end, to).next;
+    }
     meter.tick(position);
   }
-  return -1;
+  return position;
+}
+
+void hand_over(const test::Longs& found, QuillBlock* list, Long* long_count) {
+  *list = found.empty() ? nullptr : test::block_of(found);
+  *long_count = static_cast<Long>(found.size());
 }
 
 }  // namespace
 
-bool compare_part(const QuillRangePart& part, const char* text,
-                  std::int32_t position, std::int32_t end, std::int32_t* next) {
-  const std::int32_t limit = part.maximum == 0 ? 0x7FFFFFFF : part.maximum;
-  std::int32_t count = 0;
-  std::int32_t current = position;
-  std::int32_t last = position;
-  bool passed = true;
-  for (;;) {
-    if (current >= end) {
-      *next = passed ? current : last;
-      break;
-    }
-    if (!passed) {
-      *next = last;
-      break;
-    }
-    if (count >= limit) {
-      *next = current;
-      break;
-    }
-    std::int32_t character = 0;
-    std::int32_t after = 0;
-    if (!read(text, current, end, &character, &after)) return false;
-    last = current;
-    current = after;
-    passed =
-        part.include != 0 ? in_set(part, character) : !in_set(part, character);
-    if (passed) ++count;
+Long utf8_CompareRangePart(const QuillRangePart* part, const char* text,
+                           Long position, Long end, Long* next) {
+  const Long most =
+      part->maximum == 0 ? std::numeric_limits<Long>::max() : part->maximum;
+  Long count = 0;
+  while (position < end && count < most) {
+    const Character read = next_character(text, position, end);
+    if (!read.was_read) return 0;
+    if (!accepts(*part, read.packed)) break;
+    position = read.next;
+    ++count;
   }
-  return part.minimum <= count && count <= limit;
+  *next = position;
+  return part->minimum <= count && count <= most ? 1 : 0;
 }
 
-bool compare_pattern(const char* text, std::int32_t position, std::int32_t end,
-                     const Pattern& pattern, std::int32_t* next) {
-  std::int32_t current = position;
-  for (std::int32_t i = 0; i < pattern.count; ++i) {
-    if (!compare_part(*pattern.parts[i], text, current, end, &current)) {
-      std::int32_t character = 0;
-      read(text, position, end, &character, next);
-      return false;
+Long utf8_CompareRangePattern(const char* text, Long position, Long end,
+                              Parts parts, Long part_count, Long* next) {
+  Long reached = position;
+  for (Long i = 0; i < part_count; ++i) {
+    if (naive::utf8_CompareRangePart(parts[i], text, reached, end, &reached) ==
+        0) {
+      *next = next_character(text, position, end).next;
+      return 0;
     }
   }
-  *next = current;
-  return true;
+  *next = reached;
+  return 1;
 }
 
-bool find(const char* text, std::int32_t from, std::int32_t to,
-          const Pattern& pattern, Found& found, std::int32_t reference,
-          test::YieldRecorder& host) {
-  found.next = to;
-  if (text == nullptr || from < 0 || to < from || to < 1 || pattern.count < 1) {
-    return false;
-  }
-  std::int32_t position = from;
-  const QuillRangePart& first = *pattern.parts[0];
+Long utf8_FindPattern(const char* text, Long from, Long to, Parts parts,
+                      Long part_count, Long* start, Long* end, Long* next,
+                      Long reference, QuillYield yield) {
+  *next = to;
+  if (is_refused(text, from, to, part_count)) return 0;
+  Long position = from;
+  const QuillRangePart& first = *parts[0];
   if (first.character_count == 1 && first.minimum >= 1 && first.include == 1) {
-    position = find_byte(text, from, to, first.characters[0] & 0xFF,
-                         {host, reference});
-    if (position == -1) return false;
+    position = FindByte(const_cast<char*>(text), from, to,
+                        static_cast<char>(first.characters[0] & 0xFF),
+                        reference, yield);
+    if (position == -1) return 0;
   }
-  test::NaiveMeter meter{host, reference};
+  Meter meter(reference, yield);
   while (position < to) {
-    const bool matched =
-        compare_pattern(text, position, to, pattern, &found.end);
+    const bool matched = naive::utf8_CompareRangePattern(
+                             text, position, to, parts, part_count, end) == 1;
     if (matched) {
-      found.start = position;
-      found.next = found.end;
+      *start = position;
+      *next = *end;
     }
-    position = found.end;
+    position = *end;
     meter.tick(position);
-    if (matched) return true;
-    if (!meter.go_on) return false;
+    if (matched) return 1;
+    if (!meter.go_on) return 0;
   }
-  return false;
+  return 0;
 }
 
-bool find_previous(const char* text, std::int32_t from, std::int32_t to,
-                   const Pattern& pattern, Found& found, std::int32_t reference,
-                   test::YieldRecorder& host) {
-  found.next = from;
-  if (text == nullptr || from < 0 || from > to || to < 1 || pattern.count < 1) {
-    return false;
-  }
-  test::NaiveMeter meter{host, reference};
-  for (std::int32_t position = to - 1; position >= from;) {
-    const bool matched =
-        compare_pattern(text, position, to, pattern, &found.end);
-    if (matched) found.start = found.next = position;
+Long utf8_FindPatternPrev(const char* text, Long from, Long to, Parts parts,
+                          Long part_count, Long* start, Long* end, Long* next,
+                          Long reference, QuillYield yield) {
+  *next = from;
+  if (is_refused(text, from, to, part_count)) return 0;
+  Meter meter(reference, yield);
+  for (Long position = to - 1; position >= from;) {
+    const bool matched = naive::utf8_CompareRangePattern(
+                             text, position, to, parts, part_count, end) == 1;
+    if (matched) *start = *next = position;
     --position;
     meter.tick(position);
-    if (matched) return true;
-    if (!meter.go_on) return false;
+    if (matched) return 1;
+    if (!meter.go_on) return 0;
   }
-  return false;
+  return 0;
 }
 
-All find_all(const char* text, std::int32_t from, std::int32_t to,
-             const Pattern& pattern, const Pattern* key, std::int32_t reference,
-             test::YieldRecorder& host) {
-  All all{{}, 0, from};
-  test::NaiveMeter meter{host, reference};
-  while (all.stop < to && meter.go_on) {
-    Found found{};
-    const bool matched =
-        find(text, all.stop, to, pattern, found, reference, host);
-    all.stop = found.next;
-    if (matched) {
-      ++all.number;
-      Found inner{};
-      if (key == nullptr) {
-        all.longs.insert(all.longs.end(), {found.start, found.end});
-      } else if (find(text, found.start, found.end, *key, inner, reference,
-                      host)) {
-        all.longs.insert(all.longs.end(),
-                         {inner.start, inner.end, found.start, found.end});
-      }
-      std::int32_t ignored = 0;
-      if (found.start == found.end) {
-        read(text, found.end, to, &ignored, &all.stop);
-      }
-    }
-    meter.tick(all.stop);
-  }
-  return all;
+Long utf8_CountPatternAll(const char* text, Long from, Long to, Parts parts,
+                          Long part_count, Long* number, Long* stop,
+                          Long reference, QuillYield yield) {
+  Long count = 0;
+  *stop = walk_matches(text, from, to, parts, part_count, reference, yield,
+                       [&](Long, Long) { ++count; });
+  *number = count;
+  return 1;
 }
 
-}  // namespace quill::model
+Long utf8_FindPatternAll(const char* text, Long from, Long to, Parts parts,
+                         Long part_count, QuillBlock* list, Long* long_count,
+                         Long* stop, Long reference, QuillYield yield) {
+  test::Longs found;
+  *stop = walk_matches(text, from, to, parts, part_count, reference, yield,
+                       [&](Long start, Long end) {
+                         found.insert(found.end(), {start, end});
+                       });
+  hand_over(found, list, long_count);
+  return 1;
+}
+
+Long utf8_FindKeyPatternAll(const char* text, Long from, Long to,
+                            Parts outer_parts, Long outer_part_count,
+                            Parts key_parts, Long key_part_count,
+                            QuillBlock* list, Long* long_count, Long* stop,
+                            Long reference, QuillYield yield) {
+  test::Longs found;
+  *stop = walk_matches(
+      text, from, to, outer_parts, outer_part_count, reference, yield,
+      [&](Long start, Long end) {
+        Long key_start = 0;
+        Long key_end = 0;
+        Long next = 0;
+        if (naive::utf8_FindPattern(text, start, end, key_parts, key_part_count,
+                                    &key_start, &key_end, &next, reference,
+                                    yield) == 1) {
+          found.insert(found.end(), {key_start, key_end, start, end});
+        }
+      });
+  hand_over(found, list, long_count);
+  return 1;
+}
+
+Long utf8_SortPattern(QuillBlock* text, Long from, Long to, Parts parts,
+                      Long part_count, Long* stop, Long reference,
+                      QuillYield yield) {
+  if (from < 0 || from >= to || part_count == 0 || *text == nullptr) return 1;
+  if (GetBlockSize(*text) < 1) return 1;
+  if (to <= GetBlockSize(*text)) {
+    test::HeldBlock list;
+    Long long_count = 0;
+    naive::utf8_FindPatternAll(**text, from, to, parts, part_count, &list.block,
+                               &long_count, stop, reference, yield);
+  }
+  UnlockBlock(*text);
+  return 1;
+}
+
+}  // namespace quill::naive

@@ -2,154 +2,152 @@
 
 #include <algorithm>
 #include <climits>
+#include <string>
 
-namespace quill::test::model {
+#include "tests/models/characters_model.h"
+#include "tests/models/meter.h"
+#include "tests/support/blocks.h"
+
+namespace quill::naive {
 namespace {
 
-int byte_at(std::string_view text, std::int64_t i) {
-  return static_cast<unsigned char>(text[static_cast<std::size_t>(i)]);
+using test::Longs;
+
+// Copies the last pair of every `stride` longs.
+Long copy_pairs(const char* text, char* destination, Long capacity,
+                Long* copied, const Long* pairs, Long count, int stride,
+                Long reference, QuillYield yield) {
+  if (capacity < 1) return 0;
+  *copied = 0;
+  for (Long done = 0; done < count && *copied < capacity;) {
+    const Long* const pair = pairs + stride * ++done - 2;
+    const std::int64_t start = pair[0];
+    const std::int64_t length = std::max<std::int64_t>(pair[1] - start, 0);
+    if (length > capacity - *copied) return 0;
+    if (length > 0 && start < 0) return 0;
+    for (std::int64_t i = start; i < start + length; ++i) {
+      destination[(*copied)++] = text[i];
+    }
+    // The count is never set back.
+    if (done == YieldMax && !ask(reference, done, yield)) return 1;
+  }
+  return 1;
 }
 
-bool continues(std::string_view text, std::int64_t i) {
-  return byte_at(text, i) >= 0x80 && byte_at(text, i) <= 0xBF;
-}
-
-struct Read {
-  bool found;
-  std::int64_t next;
-  std::int64_t packed;
-  std::int32_t code_point;
+struct ComparedCharacter {
+  bool was_read;
+  Long code_point;
+  Long next;
 };
 
-Read read_next(std::string_view text, std::int64_t position, std::int64_t end) {
-  if (position < 0 || position >= end) return {false, end, 0, 0};
-  while (continues(text, position)) {
-    ++position;
-    if (position == end) return {false, end, 0, 0};
+ComparedCharacter read_compared(const char* text, Long position, Long end,
+                                const Long* mask_keys, const Long* mask_values,
+                                Long mask_count) {
+  Long start = 0;
+  Long length = 0;
+  ComparedCharacter read = {};
+  if (mask_count == 0) {
+    read.was_read = utf8_GetNextCharValue(text, position, end, &start, &length,
+                                          &read.code_point, &read.next) == 1;
+    return read;
   }
-  const int lead = byte_at(text, position);
-  const int length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
-  if (position + length > end) return {false, end, 0, 0};
-  const int kept[] = {0, 0xFF, 0x1F, 0x0F, 0x07};
-  std::int32_t value = lead & kept[length];
-  std::int64_t packed = lead;
-  for (int i = 1; i < length; ++i) {
-    value = value * 64 + byte_at(text, position + i) % 64;
-    packed += std::int64_t{byte_at(text, position + i)} << (8 * i);
-  }
-  return {true, position + length, packed, value};
+  const Character character = containing_character(text, position, end);
+  if (!character.was_read) return read;
+  const Long mapped =
+      utf8_MaskChar(character.packed, mask_keys, mask_values, mask_count, 1);
+  // A mask may give what is no character.
+  read.was_read =
+      utf8_GetNextCharValue(reinterpret_cast<const char*>(&mapped), 0, 4,
+                            &start, &length, &read.code_point, &read.next) == 1;
+  read.next = character.next;
+  return read;
 }
 
-Read read_containing(std::string_view text, std::int64_t position,
-                     std::int64_t end) {
-  if (position < 0 || position >= end) return {false, end, 0, 0};
-  if (continues(text, position)) {
-    for (std::int64_t i = position - 1; i >= 0; --i) {
-      if (!continues(text, i)) return read_next(text, i, end);
-    }
-  }
-  return read_next(text, position, end);
+void sort_pairs(const char* text, Long* longs, std::uint32_t count,
+                std::uint32_t size, const Long* mask_keys,
+                const Long* mask_values, Long mask_count) {
+  naive::qSortV(longs, count, size, naive::CompareSelections,
+                const_cast<char*>(text), const_cast<Long*>(mask_keys),
+                const_cast<Long*>(mask_values), mask_count);
 }
 
-// The first entry with the key, as a bisection over sorted keys finds it.
-std::int32_t map_character(const Mask& mask, std::int32_t character) {
-  for (std::int32_t i = 0; i < mask.count; ++i) {
-    const auto index = static_cast<std::size_t>(i);
-    if (mask.keys[index] == character) return mask.values[index];
-  }
-  return character;
-}
-
-Read read_compared(std::string_view text, std::int64_t position,
-                   std::int64_t end, const Mask& mask) {
-  if (mask.count == 0) return read_next(text, position, end);
-  Read read = read_containing(text, position, end);
-  if (!read.found) return read;
-  const auto character =
-      static_cast<std::int32_t>(static_cast<std::uint32_t>(read.packed));
-  const auto mapped =
-      static_cast<std::uint32_t>(map_character(mask, character));
-  std::string bytes;
-  for (int i = 0; i < 4; ++i) {
-    bytes.push_back(static_cast<char>(mapped >> (8 * i)));
-  }
-  const Read value = read_next(bytes, 0, 4);
-  return {value.found, read.next, 0, value.code_point};
+bool is_set(const char* map, Long bit) {
+  return (map[bit / 8] >> bit % 8 & 1) != 0;
 }
 
 }  // namespace
 
-Copied copy(std::string_view text, std::int32_t capacity, std::int32_t before,
-            const Longs& list, std::int32_t count, std::size_t stride,
-            std::size_t pair, std::int32_t reference, YieldRecorder& host) {
-  if (capacity < 1) return {0, before, {}};
-  Copied out{1, 0, {}};
-  std::int32_t done = 0;
-  bool go_on = true;
-  while (done < count && go_on && capacity > out.copied) {
-    const std::size_t at = static_cast<std::size_t>(done) * stride + 2 * pair;
-    ++done;
-    const std::int64_t start = list[at];
-    // An end before the start is the copy's to decide: nothing.
-    const std::int64_t length = std::max<std::int64_t>(list[at + 1] - start, 0);
-    if (capacity < out.copied + length) return {0, out.copied, out.bytes};
-    if (length > 0 && start < 0) return {0, out.copied, out.bytes};
-    if (length > 0) {
-      out.bytes += text.substr(static_cast<std::size_t>(start),
-                               static_cast<std::size_t>(length));
-    }
-    out.copied += static_cast<std::int32_t>(length);
-    if (done == YieldMax) {
-      go_on = host.ask(reference, done);
-      if (!go_on) return out;
-    }
-  }
-  return out;
+Long CopySelectionsTo(const char* text, char* destination, Long capacity,
+                      Long* copied, const Long* selections, Long count,
+                      Long reference, QuillYield yield) {
+  return copy_pairs(text, destination, capacity, copied, selections, count, 2,
+                    reference, yield);
 }
 
-int compare(std::string_view text, const std::int32_t* a, const std::int32_t* b,
-            const Mask& mask) {
+Long CopySuperSelectionsTo(const char* text, char* destination, Long capacity,
+                           Long* copied, const Long* records, Long count,
+                           Long reference, QuillYield yield) {
+  return copy_pairs(text, destination, capacity, copied, records, count, 4,
+                    reference, yield);
+}
+
+int CompareSelections(const void* first, const void* second, char* text,
+                      Long* mask_keys, Long* mask_values, Long mask_count) {
+  const auto* a = static_cast<const Long*>(first);
+  const auto* b = static_cast<const Long*>(second);
   const std::int64_t length_a = std::int64_t{a[1]} - a[0];
   const std::int64_t length_b = std::int64_t{b[1]} - b[0];
-  const int by_length = static_cast<int>(
+  const auto by_length = static_cast<int>(
       std::clamp<std::int64_t>(length_a - length_b, INT_MIN, INT_MAX));
   if (length_a <= 0 || length_b <= 0) return by_length;
-  std::int64_t in_a = a[0];
-  std::int64_t in_b = b[0];
-  // Whoever reads on for so long stands still.
+  Long in_a = a[0];
+  Long in_b = b[0];
+  // Who reads for longer stands still.
   for (std::int64_t step = 0; step <= length_a + length_b + 4; ++step) {
     if (in_a >= a[1] || in_b >= b[1]) return by_length;
-    const Read read_a = read_compared(text, in_a, a[1], mask);
-    const Read read_b = read_compared(text, in_b, b[1], mask);
-    if (!read_a.found || !read_b.found) return 0;
-    if (read_a.code_point != read_b.code_point) {
-      return read_a.code_point - read_b.code_point;
+    const ComparedCharacter of_a =
+        read_compared(text, in_a, a[1], mask_keys, mask_values, mask_count);
+    const ComparedCharacter of_b =
+        read_compared(text, in_b, b[1], mask_keys, mask_values, mask_count);
+    if (!of_a.was_read || !of_b.was_read) return 0;
+    if (of_a.code_point != of_b.code_point) {
+      return of_a.code_point - of_b.code_point;
     }
-    in_a = read_a.next;
-    in_b = read_b.next;
+    in_a = of_a.next;
+    in_b = of_b.next;
   }
   return 0;
 }
 
-void heap_sort(std::uint32_t count,
-               const std::function<int(std::uint64_t, std::uint64_t)>& compare,
-               const std::function<void(std::uint64_t, std::uint64_t)>& swap) {
+// The heap sort's steps on elements 1 to count.
+void qSortV(void* base, std::uint32_t count, std::uint32_t element_size,
+            QuillCompare compare, char* text, Long* mask_keys,
+            Long* mask_values, Long mask_count) {
+  const auto at = [&](std::uint64_t n) {
+    return static_cast<char*>(base) + (n - 1) * element_size;
+  };
+  const auto order = [&](std::uint64_t a, std::uint64_t b) {
+    return compare(at(a), at(b), text, mask_keys, mask_values, mask_count);
+  };
+  const auto swap = [&](std::uint64_t a, std::uint64_t b) {
+    std::swap_ranges(at(a), at(a) + element_size, at(b));
+  };
   if (count <= 1) return;
   std::uint64_t l = count / 2 + 1;
   std::uint64_t r = count;
   while (true) {
     if (l > 1) {
-      l = l - 1;
+      --l;
     } else {
       swap(1, r);
-      r = r - 1;
+      --r;
       if (r == 1) return;
     }
     std::uint64_t i = l;
     std::uint64_t j = 2 * l;
     while (j <= r) {
-      if (j < r && compare(j, j + 1) < 0) j = j + 1;
-      if (compare(i, j) >= 0) break;
+      if (j < r && order(j, j + 1) < 0) ++j;
+      if (order(i, j) >= 0) break;
       swap(i, j);
       i = j;
       j = 2 * j;
@@ -157,80 +155,106 @@ void heap_sort(std::uint32_t count,
   }
 }
 
-Longs sort(std::string_view text, Longs list, std::size_t stride,
-           const Mask& mask) {
-  const auto at = [&](std::uint64_t number) {
-    return list.data() + (number - 1) * stride;
-  };
-  heap_sort(
-      static_cast<std::uint32_t>(list.size() / stride),
-      [&](auto a, auto b) { return compare(text, at(a), at(b), mask); },
-      [&](auto a, auto b) { std::swap_ranges(at(a), at(a) + stride, at(b)); });
-  return list;
+Long utf8_SortSelections(const char* text, Long* selections,
+                         std::uint32_t byte_count, const Long* mask_keys,
+                         const Long* mask_values, Long mask_count) {
+  sort_pairs(text, selections, byte_count / 8, 8, mask_keys, mask_values,
+             mask_count);
+  return 1;
 }
 
-Bits add_to_map(Bits map, std::int32_t text_length, const Longs& list) {
-  for (std::size_t i = 0; i + 1 < list.size(); i += 2) {
-    for (std::int32_t bit = 1; bit <= text_length; ++bit) {
-      if (bit > list[i] && bit <= list[i + 1]) {
-        map[static_cast<std::size_t>(bit)] = true;
-      }
+Long utf8_SortKeySelections(const char* text, Long* records,
+                            std::uint32_t byte_count, const Long* mask_keys,
+                            const Long* mask_values, Long mask_count) {
+  sort_pairs(text, records, byte_count / 16, 16, mask_keys, mask_values,
+             mask_count);
+  return 1;
+}
+
+Long OrderSelections(QuillBlock* list, Long text_length) {
+  if (*list == nullptr || text_length < 1) return 1;
+  std::string map(static_cast<std::size_t>(text_length) / 8 + 2, '\0');
+  SelectionToMap(map.data(), text_length, *list);
+  test::HeldBlock ordered;
+  Long long_count = 0;
+  MapToSelection(map.data(), text_length, &ordered.block, &long_count);
+  test::set_bytes(*list, ordered.bytes());
+  return 1;
+}
+
+Long SelectionToMap(char* map, Long text_length, QuillBlock list) {
+  if (list == nullptr || text_length < 1) return 1;
+  const Longs longs = test::longs_of(list);
+  for (std::size_t i = 0; i + 1 < longs.size(); i += 2) {
+    const Long end = std::min(longs[i + 1], text_length);
+    for (Long byte = std::max(longs[i], 0); byte < end; ++byte) {
+      char& eight = map[(byte + 1) / 8];
+      eight = static_cast<char>(eight | 1 << (byte + 1) % 8);
     }
   }
-  return map;
+  UnlockBlock(list);
+  return 1;
 }
 
-Longs list_of_map(const Bits& map, std::int32_t text_length) {
-  Longs list;
+Long MapToSelection(const char* map, Long text_length, QuillBlock* list,
+                    Long* long_count) {
+  if (text_length < 1) return 1;
+  Longs found;
   bool inside = false;
-  for (std::int32_t bit = 0; bit < text_length + 2; ++bit) {
-    const bool set = map[static_cast<std::size_t>(bit)];
-    if (set != inside) list.push_back(bit - 1);
-    inside = set;
+  for (Long bit = 0; bit < text_length + 2; ++bit) {
+    if (is_set(map, bit) != inside) found.push_back(bit - 1);
+    inside = is_set(map, bit);
   }
-  if (inside) list.push_back(text_length + 1);
-  return list;
+  if (inside) found.push_back(text_length + 1);
+  *list = found.empty() ? nullptr : test::block_of(found);
+  *long_count = static_cast<Long>(found.size());
+  return 1;
 }
 
-Longs order(const Longs& list, std::int32_t text_length) {
-  const Bits none(static_cast<std::size_t>(text_length) + 2);
-  return list_of_map(add_to_map(none, text_length, list), text_length);
-}
-
-Longs invert(const Longs& list, std::int32_t start, std::int32_t end) {
-  Longs out = {start};
-  out.insert(out.end(), list.begin(), list.end());
-  out.push_back(end);
-  if (!list.empty() && list.front() == start) {
-    out.erase(out.begin(), out.begin() + 2);
+Long InvertSelections(QuillBlock* list, Long range_start, Long range_end) {
+  if (*list == nullptr) return 1;
+  UnlockBlock(*list);
+  Longs longs = test::longs_of(*list);
+  if (longs.size() % 2 != 0) return 1;
+  const bool is_empty = longs.empty();
+  longs.insert(longs.begin(), range_start);
+  longs.push_back(range_end);
+  if (!is_empty && !std::is_sorted(longs.begin(), longs.end())) return 1;
+  if (longs.size() > 2) {
+    if (longs[0] == longs[1]) longs.erase(longs.begin(), longs.begin() + 2);
+    const std::size_t size = longs.size();
+    if (size > 1 && longs[size - 1] == longs[size - 2]) longs.resize(size - 2);
   }
-  if (!list.empty() && list.back() == end) out.resize(out.size() - 2);
-  return out;
+  test::set_bytes(
+      *list, {reinterpret_cast<const char*>(longs.data()), longs.size() * 4});
+  return 1;
 }
 
-Extracted extract(std::string_view text, const Longs& list,
-                  std::string_view prefix, std::string_view suffix,
-                  std::int32_t reference, YieldRecorder& host) {
-  if (list.size() < 2) return {0, false, {}};
-  for (std::size_t i = 0; i + 1 < list.size(); i += 2) {
-    if (list[i] < list[i + 1] && list[i] < 0) return {0, false, {}};
+Long ExtractSelections(const char* text, QuillBlock list, const char* prefix,
+                       Long prefix_length, const char* suffix,
+                       Long suffix_length, QuillBlock* result, Long reference,
+                       QuillYield yield) {
+  const Longs longs = test::longs_of(list);
+  if (longs.size() < 2) return 0;
+  UnlockBlock(list);
+  const bool lacks = (prefix == nullptr && prefix_length > 0) ||
+                     (suffix == nullptr && suffix_length > 0);
+  for (std::size_t i = 0; i + 1 < longs.size(); i += 2) {
+    if (longs[i] >= longs[i + 1]) continue;
+    if (longs[i] < 0 || text == nullptr || lacks) return 0;
   }
   std::string out;
-  NaiveMeter meter{host, reference};
-  for (std::size_t i = 0; i + 1 < list.size() && meter.go_on;) {
-    const std::int32_t start = list[i++];
-    const std::int32_t end = list[i++];
-    if (start < end) {
-      out += prefix;
-      for (std::int32_t at = start; at < end; ++at) {
-        out += text[static_cast<std::size_t>(at)];
-      }
-      out += suffix;
+  Meter meter(reference, yield);
+  for (std::size_t i = 0; i + 1 < longs.size() && meter.go_on; i += 2) {
+    if (longs[i] < longs[i + 1]) {
+      if (prefix_length > 0) out.append(prefix, prefix + prefix_length);
+      out.append(text + longs[i], text + longs[i + 1]);
+      if (suffix_length > 0) out.append(suffix, suffix + suffix_length);
     }
-    meter.tick(static_cast<std::int64_t>(i));
+    meter.tick(static_cast<std::int64_t>(i) + 2);
   }
-  if (!meter.go_on) return {1, false, {}};
-  return {1, true, out};
+  *result = meter.go_on ? test::block_of(out) : nullptr;
+  return 1;
 }
 
-}  // namespace quill::test::model
+}  // namespace quill::naive

@@ -3,25 +3,24 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
-#include "tests/support/yield_recorder.h"
+#include "quillcore.h"
 
-namespace quill::test {
+namespace quill::naive {
 
 // The thirteen leading parameters of a search.
 struct StringCall {
   const char* text = nullptr;
-  std::int32_t start = 0;
-  std::int32_t end = 0;
-  const std::int32_t* pattern = nullptr;
-  std::int32_t pattern_count = 0;
+  int32_t start = 0;
+  int32_t end = 0;
+  const int32_t* pattern = nullptr;
+  int32_t pattern_count = 0;
   const unsigned char* flags = nullptr;
-  const std::int32_t* mask_keys = nullptr;
-  const std::int32_t* mask_values = nullptr;
-  std::int32_t mask_count = 0;
-  const std::int32_t* breaks = nullptr;
-  std::int32_t break_count = 0;
+  const int32_t* mask_keys = nullptr;
+  const int32_t* mask_values = nullptr;
+  int32_t mask_count = 0;
+  const int32_t* breaks = nullptr;
+  int32_t break_count = 0;
   unsigned char edge = 0;
   unsigned char invert = 0;
 
@@ -34,46 +33,42 @@ struct StringCall {
   }
 };
 
-class StringModel {
- public:
-  StringModel(const StringCall& call, std::int32_t reference,
-              YieldRecorder& host)
-      : c_(call), reference_(reference), host_(host) {}
+int32_t find(const StringCall& c, int32_t* found_start, int32_t* found_end,
+             int32_t reference, QuillYield yield);
+int32_t find_previous(const StringCall& c, int32_t* found_start,
+                      int32_t* found_end, int32_t reference, QuillYield yield);
+int32_t find_nth(const StringCall& c, int32_t* occurrence, int32_t* found_start,
+                 int32_t* found_end, int32_t reference, QuillYield yield);
+int32_t count_all(const StringCall& c, int32_t* match_count, int32_t* stop,
+                  int32_t reference, QuillYield yield);
+int32_t find_all(const StringCall& c, QuillBlock* list, int32_t* long_count,
+                 int32_t* stop, int32_t reference, QuillYield yield);
 
-  bool compare(std::int32_t position, std::int32_t* next) const;
-  void test_breaks(std::int32_t match_start, std::int32_t match_end,
-                   unsigned char* before, unsigned char* after) const;
-
-  bool find(std::int32_t start, std::int32_t* found_start,
-            std::int32_t* found_end) const;
-  bool find_previous(std::int32_t* found_start, std::int32_t* found_end) const;
-  bool find_nth(std::int32_t* occurrence, std::int32_t* found_start,
-                std::int32_t* found_end) const;
-  bool count_all(std::int32_t* match_count, std::int32_t* stop) const;
-  // The longs that were found; an empty list is no Block.
-  std::vector<std::int32_t> find_all(std::int32_t* stop) const;
-
- private:
-  bool read(std::int64_t position, std::int32_t* packed,
-            std::int32_t* next) const;
-  std::int32_t map(std::int32_t character) const;
-  bool is_break(std::int32_t character) const;
-  bool word_counts(std::int32_t start, std::int32_t end) const;
-  bool matches(std::int32_t position, std::int32_t* next) const;
-  bool full_scan(std::int32_t p, std::int32_t* found_start,
-                 std::int32_t* found_end) const;
-  bool first_byte_scan(std::int32_t start, std::int32_t* found_start,
-                       std::int32_t* found_end) const;
-  unsigned char byte(std::int64_t at) const {
-    return static_cast<unsigned char>(c_.text[at]);
+// Such a function with the thirteen spread out, as an export has them.
+template <auto function>
+struct Spread;
+template <class... Rest, int32_t (*function)(const StringCall&, Rest...)>
+struct Spread<function> {
+  static int32_t call(const char* text, int32_t start, int32_t end,
+                      const int32_t* pattern, int32_t pattern_count,
+                      const unsigned char* flags, const int32_t* mask_keys,
+                      const int32_t* mask_values, int32_t mask_count,
+                      const int32_t* breaks, int32_t break_count,
+                      unsigned char edge, unsigned char invert, Rest... rest) {
+    return function(
+        {text, start, end, pattern, pattern_count, flags, mask_keys,
+         mask_values, mask_count, breaks, break_count, edge, invert},
+        rest...);
   }
-  bool is_continuation(std::int64_t at) const {
-    return byte(at) >= 0x80 && byte(at) <= 0xBF;
-  }
-
-  const StringCall& c_;
-  std::int32_t reference_;
-  YieldRecorder& host_;
 };
 
-}  // namespace quill::test
+inline constexpr auto* utf8_FindStr = &Spread<find>::call;
+inline constexpr auto* utf8_FindStrPrev = &Spread<find_previous>::call;
+inline constexpr auto* utf8_FindStrNth = &Spread<find_nth>::call;
+inline constexpr auto* utf8_CountStrAll = &Spread<count_all>::call;
+inline constexpr auto* utf8_FindStrAll = &Spread<find_all>::call;
+
+decltype(::utf8_CompareSubstring) utf8_CompareSubstring;
+decltype(::utf8_TestBreakChars) utf8_TestBreakChars;
+
+}  // namespace quill::naive

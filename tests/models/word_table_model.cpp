@@ -1,17 +1,27 @@
 #include "tests/models/word_table_model.h"
 
-#include <utility>
+#include "tests/models/characters_model.h"
+#include "tests/models/edit_model.h"
+#include "tests/models/meter.h"
+#include "tests/models/pattern_model.h"
+#include "tests/support/blocks.h"
 
-namespace quill::model {
+namespace quill::naive {
 namespace {
 
-bool begins_with(const WordTable& table, const Word& word,
-                 std::string_view text, std::int64_t position,
-                 std::int32_t end) {
-  for (const std::int32_t character : word.characters) {
-    const Read read = next_character(text, position, end);
-    if (!read.found ||
-        map(table.mask_keys, table.mask_values, read.packed) != character) {
+struct Mask {
+  const Long* keys;
+  const Long* values;
+  Long count;
+};
+
+bool begins_with(const QuillWordEntry& word, const char* text, Long start,
+                 Long end, const Mask& mask) {
+  Long position = start;
+  for (Long i = 0; i < word.word_count; ++i) {
+    const Character read = next_character(text, position, end);
+    if (!read.was_read || utf8_MaskChar(read.packed, mask.keys, mask.values,
+                                        mask.count, 1) != word.word[i]) {
       return false;
     }
     position = read.next;
@@ -19,36 +29,66 @@ bool begins_with(const WordTable& table, const Word& word,
   return true;
 }
 
+QuillReplaceEntry entry_for(Long start, Long end, const char* text,
+                            const QuillWordEntry* const* words, Long word_count,
+                            const Mask& mask) {
+  for (Long i = 0; i < word_count; ++i) {
+    const QuillWordEntry& word = *words[i];
+    if (!begins_with(word, text, start, end, mask)) continue;
+    const Long length = word.replacement_length;
+    const std::int64_t change = length - (std::int64_t{end} - start);
+    return {start, end, word.replacement, length,
+            change < 0    ? 1
+            : change == 0 ? 2
+                          : 3};
+  }
+  return {start, end, nullptr, 0, 0};
+}
+
 }  // namespace
 
-const Word* find_word(const WordTable& table, std::string_view text,
-                      std::int32_t start, std::int32_t end) {
-  for (const Word& word : table.words) {
-    if (begins_with(table, word, text, start, end)) return &word;
+Long WordTable_FillReplaceTable(QuillReplaceEntry** entries, Long entry_count,
+                                QuillWordEntry** words, Long word_count,
+                                char* text, Long* mask_keys, Long* mask_values,
+                                Long mask_count) {
+  for (Long i = 0; i < entry_count; ++i) {
+    *entries[i] = entry_for(entries[i]->start, entries[i]->end, text, words,
+                            word_count, {mask_keys, mask_values, mask_count});
   }
-  return nullptr;
+  return 1;
 }
 
-std::optional<std::string> replace_words(const WordTable& table,
-                                         const std::string& text,
-                                         std::int32_t from, std::int32_t to,
-                                         const Pattern& pattern,
-                                         std::int32_t reference,
-                                         test::YieldRecorder& host) {
-  if (std::cmp_greater(to, text.size())) return std::nullopt;
-  const All found =
-      find_all(text.data(), from, to, pattern, nullptr, reference, host);
-  std::string out;
-  std::size_t copied = 0;
-  for (std::size_t i = 0; i < found.longs.size(); i += 2) {
-    const Word* word =
-        find_word(table, text, found.longs[i], found.longs[i + 1]);
-    if (word == nullptr) continue;
-    const auto start = static_cast<std::size_t>(found.longs[i]);
-    out += text.substr(copied, start - copied) + word->replacement;
-    copied = static_cast<std::size_t>(found.longs[i + 1]);
+Long utf8_WordTableReplace(QuillBlock* text, Long from, Long* to,
+                           const QuillRangePart* const* parts, Long part_count,
+                           const QuillWordEntry* const* words, Long word_count,
+                           const Long* mask_keys, const Long* mask_values,
+                           Long mask_count, Long* new_end, Long reference,
+                           QuillYield yield) {
+  *new_end = *to;
+  const Long size = GetBlockSize(*text);
+  if (*text == nullptr || *to > size) return 0;
+  UnlockBlock(*text);
+  test::HeldBlock found;
+  Long long_count = 0;
+  Long stop = 0;
+  naive::utf8_FindPatternAll(**text, from, *to, parts, part_count, &found.block,
+                             &long_count, &stop, reference, yield);
+  if (long_count == 0) return 1;
+  const test::Longs list = found.longs();
+  std::vector<QuillReplaceEntry> entries;
+  for (std::size_t i = 0; i < list.size(); i += 2) {
+    entries.push_back(entry_for(list[i], list[i + 1], **text, words, word_count,
+                                {mask_keys, mask_values, mask_count}));
   }
-  return out + text.substr(copied);
+  std::vector<QuillReplaceEntry*> pointers;
+  for (QuillReplaceEntry& entry : entries) pointers.push_back(&entry);
+  if (naive::InsertMultiple(text, pointers.data(),
+                            static_cast<Long>(pointers.size())) == 0) {
+    return 0;
+  }
+  *to += GetBlockSize(*text) - size;
+  *new_end = *to;
+  return 1;
 }
 
-}  // namespace quill::model
+}  // namespace quill::naive

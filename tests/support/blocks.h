@@ -1,5 +1,5 @@
 // Blocks as tests hold them: made from bytes or longs, read back, disposed of
-// at the end of the scope.
+// at the end of the scope; and what is in a variable for one.
 #pragma once
 
 #include <cstdint>
@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "blocks/memory_manager.h"
 #include "quillcore.h"
 
 namespace quill::test {
@@ -19,24 +20,80 @@ inline std::string bytes_of(QuillBlock block) {
   return {*block, static_cast<std::size_t>(GetBlockSize(block))};
 }
 
-inline Longs longs_of(QuillBlock block) {
-  const std::string bytes = bytes_of(block);
+inline Longs longs_in(std::string_view bytes) {
   Longs longs(bytes.size() / 4);
   if (!longs.empty()) std::memcpy(longs.data(), bytes.data(), longs.size() * 4);
   return longs;
 }
 
+inline Longs longs_of(QuillBlock block) { return longs_in(bytes_of(block)); }
+
+// While one is alive, a watch on the heap refuses nothing: what tests make for
+// themselves they get.
+class RequestsAllowed {
+ public:
+  RequestsAllowed() { ++alive_; }
+  ~RequestsAllowed() { --alive_; }
+  RequestsAllowed(const RequestsAllowed&) = delete;
+  RequestsAllowed& operator=(const RequestsAllowed&) = delete;
+
+  static bool any() { return alive_ != 0; }
+
+ private:
+  static inline int alive_ = 0;
+};
+
+// A new Block of the bytes or longs, for the caller to dispose of.
+inline QuillBlock block_of(std::string_view bytes) {
+  const RequestsAllowed allowed;
+  const QuillBlock block = NewBlock(static_cast<std::int32_t>(bytes.size()));
+  if (!bytes.empty()) std::memcpy(*block, bytes.data(), bytes.size());
+  return block;
+}
+inline QuillBlock block_of(const Longs& longs) {
+  return block_of(std::string_view(reinterpret_cast<const char*>(longs.data()),
+                                   longs.size() * 4));
+}
+
+// Gives a Block other contents, and unlocks it.
+inline void set_bytes(QuillBlock block, std::string_view bytes) {
+  const RequestsAllowed allowed;
+  ResizeBlock(block, static_cast<std::int32_t>(bytes.size()));
+  if (!bytes.empty()) std::memcpy(*block, bytes.data(), bytes.size());
+}
+
+// What a variable for a Block holds before a call that may write it: no Block,
+// but not null either.
+inline QuillBlock untouched() {
+  static char* contents = nullptr;
+  return &contents;
+}
+
+struct BlockState {
+  enum class Kind { kUntouched, kNull, kUnlocked, kLocked };
+  Kind kind = Kind::kUntouched;
+  std::string bytes = {};
+
+  bool operator==(const BlockState&) const = default;
+};
+
+inline BlockState state_of(QuillBlock block) {
+  if (block == untouched()) return {};
+  if (block == nullptr) return {BlockState::Kind::kNull};
+  return {is_locked(block) ? BlockState::Kind::kLocked
+                           : BlockState::Kind::kUnlocked,
+          bytes_of(block)};
+}
+
 class HeldBlock {
  public:
   HeldBlock() = default;
-  explicit HeldBlock(std::string_view bytes)
-      : block(NewBlock(static_cast<std::int32_t>(bytes.size()))) {
-    if (!bytes.empty()) std::memcpy(*block, bytes.data(), bytes.size());
+  explicit HeldBlock(QuillBlock held) : block(held) {}
+  explicit HeldBlock(std::string_view bytes) : block(block_of(bytes)) {}
+  explicit HeldBlock(const Longs& longs) : block(block_of(longs)) {}
+  ~HeldBlock() {
+    if (block != untouched()) DisposeBlock(block);
   }
-  explicit HeldBlock(const Longs& longs)
-      : HeldBlock(std::string_view(reinterpret_cast<const char*>(longs.data()),
-                                   longs.size() * 4)) {}
-  ~HeldBlock() { DisposeBlock(block); }
   HeldBlock(const HeldBlock&) = delete;
   HeldBlock& operator=(const HeldBlock&) = delete;
 

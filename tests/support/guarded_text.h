@@ -19,8 +19,8 @@ class GuardedText {
   std::string_view view() const { return {data_, size_}; }
 
  private:
-  void* pages_;
-  std::size_t mapped_;
+  std::size_t page_count_;
+  char* pages_;
   char* data_;
   std::size_t size_;
 };

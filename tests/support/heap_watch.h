@@ -5,6 +5,8 @@
 // only the code linked into it is seen, not the standard library's own.
 #pragma once
 
+#include <gtest/gtest.h>
+
 namespace quill::test {
 
 class HeapWatch {
@@ -40,5 +42,22 @@ class HeapWatch {
   int outstanding_ = 0;
   bool failed_ = false;
 };
+
+// Runs `body` with each request refused in turn, at first alone and then with
+// all that follow, until there are no more; nothing may be left behind.
+template <class Body>
+void with_each_request_refused(Body body) {
+  for (const bool and_after : {false, true}) {
+    bool failed = true;
+    for (int fail_at = 0; failed; ++fail_at) {
+      SCOPED_TRACE(testing::Message() << "request " << fail_at << " refused"
+                                      << (and_after ? " and all after" : ""));
+      const HeapWatch heap(fail_at, and_after);
+      body(heap);
+      failed = heap.failed();
+      EXPECT_EQ(heap.outstanding(), 0);
+    }
+  }
+}
 
 }  // namespace quill::test

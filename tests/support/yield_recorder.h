@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -29,34 +30,38 @@ inline constexpr std::int32_t kYieldMaxima[] = {1, 2, 7, 10000, 0, -1};
 
 inline constexpr int kNever = std::numeric_limits<int>::max();
 
+// What a host does while a call runs. Its questions are numbered from 0; all
+// but one are answered with 1.
+struct HostPlan {
+  std::int32_t yield_max = 10000;
+  int stop_at = kNever;  // the question that is answered with `answer`
+  unsigned char answer = 0;
+  int change_at = kNever;  // the question at which YieldMax becomes `change_to`
+  std::int32_t change_to = 0;
+};
+
 // Only one recorder is active at a time: the callback is a plain function.
 class YieldRecorder {
  public:
   using Call = std::pair<std::int32_t, std::int32_t>;  // reference, progress
 
-  // Answers 1, but `answer` to the call numbered `stop_at` (from 0). Calls
-  // after that one are answered with 1 again.
-  explicit YieldRecorder(int stop_at = kNever, unsigned char answer = 0)
+  explicit YieldRecorder(const HostPlan& plan = {})
       : before_(std::exchange(active_, this)),
-        stop_at_(stop_at),
-        answer_(answer) {}
+        yield_max_(plan.yield_max),
+        plan_(plan) {}
   ~YieldRecorder() { active_ = before_; }
   YieldRecorder(const YieldRecorder&) = delete;
   YieldRecorder& operator=(const YieldRecorder&) = delete;
 
-  // Has the host set YieldMax to `maximum` during the call numbered `at`.
-  void change_maximum(int at, std::int32_t maximum) {
-    change_at_ = at;
-    maximum_ = maximum;
+  // Has the recorder note at each call what these out-parameters hold then.
+  // They stay where they are until the operation has returned.
+  static void watch(const std::vector<std::int32_t>& outs) {
+    active_->watched_ = outs;
   }
 
   QuillYield callback() const;
   const std::vector<Call>& calls() const { return calls_; }
-
-  // What a naive model calls in place of the callback.
-  bool ask(std::int32_t reference, std::int32_t progress) {
-    return answer(reference, progress) == 1;
-  }
+  const std::vector<std::int32_t>& seen_outs() const { return seen_outs_; }
 
  private:
   static unsigned char on_yield(std::int32_t reference, std::int32_t progress);
@@ -64,29 +69,11 @@ class YieldRecorder {
 
   static YieldRecorder* active_;
   YieldRecorder* before_;
+  YieldMaxScope yield_max_;
+  HostPlan plan_;
   std::vector<Call> calls_;
-  int stop_at_;
-  int change_at_ = kNever;
-  std::int32_t maximum_ = 0;
-  unsigned char answer_;
-};
-
-// The counter as a naive model keeps it: literally, one unit at a time.
-struct NaiveMeter {
-  YieldRecorder& host;
-  std::int32_t reference;
-  std::int64_t count = 0;
-  bool go_on = true;
-
-  void tick(std::int64_t progress) {
-    ++count;
-    ask_if_due(progress);
-  }
-  void ask_if_due(std::int64_t progress) {
-    if (count != YieldMax) return;
-    go_on = host.ask(reference, static_cast<std::int32_t>(progress));
-    count = 0;
-  }
+  std::span<const std::int32_t> watched_;
+  std::vector<std::int32_t> seen_outs_;
 };
 
 }  // namespace quill::test

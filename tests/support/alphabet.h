@@ -1,0 +1,43 @@
+// The characters that drawn texts are made of.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quill::test {
+
+// A few of every length, close to each other so that matches are frequent.
+inline const std::vector<std::string>& alphabet() {
+  static const std::vector<std::string> characters = {"a",
+                                                      "b",
+                                                      "A",
+                                                      " ",
+                                                      "\n",
+                                                      "\xC3\xA9",
+                                                      "\xC3\x89",
+                                                      "\xE2\x82\xAC",
+                                                      "\xE4\xB8\xAD",
+                                                      "\xF0\x9F\x98\x80"};
+  return characters;
+}
+
+// Continuation bytes that no character claims, characters cut short, and bytes
+// that begin none.
+inline const std::vector<std::string>& strays() {
+  static const std::vector<std::string> pieces = {
+      "\x80", "\xBF\x80", "\xC3", "\xE2\x82", "\xF0\x9F", "\xFF", "\xE2"};
+  return pieces;
+}
+
+// The bytes of one character as the long that stands for it.
+inline std::int32_t packed(std::string_view character) {
+  std::uint32_t value = 0;
+  for (std::size_t i = 0; i < character.size(); ++i) {
+    value |= std::uint32_t{static_cast<unsigned char>(character[i])} << (8 * i);
+  }
+  return static_cast<std::int32_t>(value);
+}
+
+}  // namespace quill::test
