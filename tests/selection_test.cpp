@@ -45,23 +45,6 @@ TEST(CopySelections, KeepTheirRules) {
   }
 }
 
-// A host that puts its next question further away each time is asked again.
-TEST(CopySelections, ReadTheIntervalAnewEachTime) {
-  static std::int32_t asked;
-  asked = 0;
-  const YieldMaxScope scope(2);
-  const Longs list(20, 0);
-  std::int32_t copied = 0;
-  char out = 0;
-  CopySelectionsTo("a", &out, 1, &copied, list.data(), 10, 0,
-                   [](std::int32_t, std::int32_t progress) {
-                     ++asked;
-                     YieldMax = progress + 3;
-                     return true;
-                   });
-  EXPECT_EQ(asked, 3);  // at 2, 5 and 8
-}
-
 TEST(CompareSelections, KeepTheirRules) {
   const struct {
     const char* why;
@@ -77,7 +60,7 @@ TEST(CompareSelections, KeepTheirRules) {
       {"negative lengths", "abc", {2, 0, 3, 0}, 0, 1},
       {"cut characters are equal", "a\xE2zza\xE2z", {0, 2, 4, 7}, 0, 0},
       {"standing still ends", "a\x80\x80\x80", {0, 4, 0, 4}, -1, 0},
-      {"one stands still", "a\x80\x80\x80zz", {0, 4, 4, 6}, -1, 'a' - 'z'},
+      {"one stands still", "z\x80\x80\x80zz", {0, 4, 4, 6}, -1, 2},
       {"reads before its start", "z\x80y", {1, 2, 2, 3}, -1, 1},
       {"starts before the text", "abcdefgh", {-5, 3, 0, 1}, 0, 0},
       {"the same under a mask", "abcdefgh", {-5, 3, 0, 1}, -1, 0},
@@ -194,16 +177,6 @@ TEST(OrderSelections, KeepTheirRules) {
   }
 }
 
-TEST(OrderSelections, LeaveTheListWithoutMemory) {
-  for (const Longs& list : {Longs{5, 9, 0, 3}, Longs{0, 3, 5, 9}}) {
-    HeldBlock held(list);
-    const HeapWatch heap(0, true);
-    EXPECT_EQ(OrderSelections(&held.block, 10), 0);
-    EXPECT_EQ(heap.outstanding(), 0);
-    EXPECT_EQ(held.longs(), list);
-  }
-}
-
 // What ordering, mapping and inverting keep: the set of bytes that a list
 // covers, or its complement.
 std::vector<bool> covered_by(const Longs& list, int text_length) {
@@ -267,17 +240,6 @@ TEST(MapToSelection, FailsOrDropsWithoutMemory) {
   EXPECT_GT(dropped, 0);
 }
 
-TEST(InvertSelections, LeaveTheListWithoutMemory) {
-  Longs list(2000);
-  std::iota(list.begin(), list.end(), 1);
-  HeldBlock held(list);
-  const HeapWatch heap(0, true);
-  EXPECT_EQ(InvertSelections(&held.block, 0, 9999), 1);
-  EXPECT_TRUE(heap.failed());
-  EXPECT_EQ(held.longs(), list);
-  EXPECT_FALSE(is_locked(held.block));
-}
-
 TEST(ExtractSelections, RefuseWhatCantBeExtracted) {
   const struct {
     const char* why;
@@ -304,17 +266,30 @@ TEST(ExtractSelections, RefuseWhatCantBeExtracted) {
   }
 }
 
-TEST(ExtractSelections, FailWithoutMemory) {
-  const HeldBlock held(Longs{0, 2});
-  for (const int fail_at : {0, 1}) {
-    QuillBlock made = untouched();
-    const HeapWatch heap(fail_at);
-    EXPECT_EQ(ExtractSelections("abc", held.block, "[", 1, "]", 1, &made, 0,
-                                YieldRecorder().callback()),
-              0);
-    EXPECT_EQ(made, untouched());
-    EXPECT_EQ(heap.outstanding(), 0);
-    EXPECT_FALSE(is_locked(held.block));
+TEST(SelectionLists, StayAsTheyWereWhenMemoryIsShort) {
+  SelectionCall calls[] = {
+      {.operation = SelectionCall::kOrder, .list = {5, 9, 0, 3}, .size = 10},
+      {.operation = SelectionCall::kOrder, .list = {0, 3, 5, 9}, .size = 10},
+      {.operation = SelectionCall::kInvert, .list = Longs(2000), .end = 9999},
+      {.operation = SelectionCall::kExtract, .text = "abc", .list = {0, 2}}};
+  std::iota(calls[2].list.begin(), calls[2].list.end(), 1);
+  for (const SelectionCall& call : calls) {
+    SCOPED_TRACE(call.operation);
+    const Outcome done = observe(run_of(call), Side::kLibrary, {});
+    int refusals = 0;
+    with_each_request_refused([&](const HeapWatch&) {
+      const Outcome o = observe(run_of(call), Side::kLibrary, {});
+      if (o == done) return;
+      ++refusals;
+      EXPECT_EQ(o.result, call.operation == SelectionCall::kInvert ? 1 : 0);
+      // Ordering asks for memory before it locks the list.
+      EXPECT_EQ(o.list.kind, call.operation == SelectionCall::kOrder
+                                 ? BlockState::Kind::kLocked
+                                 : BlockState::Kind::kUnlocked);
+      EXPECT_EQ(longs_in(o.list.bytes), call.list);
+      EXPECT_EQ(o.text.kind, BlockState::Kind::kUntouched);
+    });
+    EXPECT_GT(refusals, 0);
   }
 }
 

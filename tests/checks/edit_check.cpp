@@ -102,10 +102,22 @@ EditCall draw_edit_call(Input& in) {
   EditCall call;
   call.operation = static_cast<EditCall::Operation>(in.between(0, 4));
   call.text = in.any_text(in.pick({4, 40, 100}));
+  const bool is_nearly_ascii = in.one_in(3);
+  if (is_nearly_ascii) {
+    call.text = in.letters(in.between(1, 100), 26);
+    for (int left = in.between(0, 4); left > 0; --left) {
+      const int at = in.between(0, length_of(call.text) - 1);
+      call.text[static_cast<std::size_t>(at)] = in.piece()[0];
+    }
+  }
   call.list = in.selections(call.text.size(), in.pick({4, 12, 60}));
   call.string = in.text(in.pick({3, 8, 80}));
   call.trailing = in.text(in.pick({3, 80}));
   call.characters = in.characters(in.pick({3, 80}));
+  if (is_nearly_ascii) {
+    call.string = in.letters(in.between(0, 40), 26);
+    call.characters.assign(call.string.begin(), call.string.end());
+  }
   std::int32_t count = 0;
   naive::utf8_CountCharacters(call.string.data(), 0, length_of(call.string),
                               &count);
