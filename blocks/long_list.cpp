@@ -20,7 +20,7 @@ bool LongList::grow() {
     return !failed_to_start_;
   }
   const Offset least = room_ + kGrowthLongs;
-  const Offset generous = room_ + room_ / 2;
+  const Offset generous = room_ + room_ / 4 * 2;  // whole pairs
   return (generous > least && make_room(generous)) || make_room(least);
 }
 
@@ -42,7 +42,9 @@ bool LongList::append_pairs(std::span<const std::int32_t> longs) {
     std::copy_n(longs.data(), fitting, longs_ + count_);
     count_ += fitting;
     longs = longs.subspan(static_cast<std::size_t>(fitting));
-    if (!longs.empty() && !grow()) return false;
+    if (longs.empty() || grow()) continue;
+    if (failed_to_start_) return false;
+    longs = longs.subspan(2);
   }
   return true;
 }

@@ -22,7 +22,7 @@ Offset bytes_in_map(Offset text_length) { return (text_length + 9) / 8; }
 bool list_runs(const Byte* map, Offset text_length, LongList& list) {
   take_runs(map, bits_in_map(text_length),
             [&](std::span<const std::int32_t> runs) {
-              return list.append_pairs(runs) || !list.failed_to_start();
+              return list.append_pairs(runs);
             });
   return !list.failed_to_start();
 }
