@@ -5,14 +5,19 @@
 #include <algorithm>
 #include <functional>
 #include <numeric>
+#include <tuple>
+#include <utility>
 
 #include "blocks/memory_manager.h"
 #include "quillcore.h"
 #include "tests/models/mask_model.h"
 #include "tests/support/blocks.h"
+#include "tests/support/each_kernel.h"
 #include "tests/support/guarded_text.h"
 #include "tests/support/heap_watch.h"
 #include "tests/support/random_text.h"
+#include "utf8/character_map.h"
+#include "utf8/characters.h"
 #include "utf8/mask_table.h"
 
 namespace quill::test {
@@ -67,6 +72,125 @@ TEST(MaskTables, AnswerLikeTheMask) {
     }
     EXPECT_EQ(heap.requests(), 0);
   }
+}
+
+// Characters that keep their length under many masks: neighbours in ASCII, of
+// two bytes, and of three in a few pages.
+std::string near_character(Random& random) {
+  const auto last = static_cast<char>(random.between(0x80, 0xBF));
+  switch (random.between(0, 4)) {
+    case 0:
+      return {static_cast<char>(random.between(0xC3, 0xC6)), last};
+    case 1:
+      return {'\xE3', static_cast<char>(random.between(0x80, 0x83)), last};
+    case 2:
+      return {random.pick(std::vector<char>{'\xE1', '\xF0'}), '\x90', last,
+              random.one_in(9) ? 'x' : last};
+    default:
+      return {static_cast<char>(random.between(0, 127))};
+  }
+}
+
+void use_near_characters(Random& random, Longs& keys, Longs& values) {
+  for (int i = random.between(0, 300); i > 0; --i) {
+    const std::string from = near_character(random);
+    std::string to = near_character(random);
+    while (to.size() != from.size() && !random.one_in(30)) {
+      to = near_character(random);
+    }
+    keys.push_back(packed(from.substr(0, 4)));
+    values.push_back(packed(to.substr(0, 4)));
+  }
+  if (random.one_in(9)) return;
+  std::vector<std::pair<std::int32_t, std::int32_t>> pairs;
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    pairs.emplace_back(keys[i], values[i]);
+  }
+  std::stable_sort(pairs.begin(), pairs.end(),
+                   [](auto& a, auto& b) { return a.first < b.first; });
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    std::tie(keys[i], values[i]) = pairs[i];
+  }
+}
+
+// How long a run the map makes of a text, character by character: as long as
+// each is in order and gives as many bytes as it has.
+std::string map_one_by_one(const Mask& mask, std::string_view text,
+                           Offset most) {
+  std::string mapped;
+  const Byte* const bytes = as_bytes(text.data());
+  const Offset end = std::ssize(text);
+  for (Offset at = 0; at < end && most > 0; --most) {
+    const Walk walk = walk_characters(bytes + at, bytes + end, 1);
+    if (walk.characters == 0) break;
+    const Offset length = walk.next - bytes - at;
+    char out[4];
+    const std::int32_t value = mask.map(pack(bytes + at, length));
+    if (unpack(value, out) != length) break;
+    mapped.append(out, static_cast<std::size_t>(length));
+    at += length;
+  }
+  return mapped;
+}
+
+// A map's runs are as long as the mask lets them be, once it knows the longer
+// characters.
+void compare_maps(Random& random) {
+  Longs keys;
+  Longs values;
+  use_near_characters(random, keys, values);
+  const Mask mask{keys.data(), values.data(),
+                  static_cast<std::int32_t>(keys.size())};
+  CharacterMap map;
+  map_ascii(mask, map);
+  const bool longer = !mask.is_identity() && !random.one_in(4);
+  if (longer) map_longer(mask, map);
+  std::string text;
+  const bool ascii = random.one_in(4);
+  for (int i = random.between(0, 300); i > 0; --i) {
+    const std::string next = near_character(random);
+    if (!ascii || next.size() == 1) text += next;
+    if (!ascii && random.one_in(400)) text += random_bytes(random, 3);
+  }
+  const GuardedText guarded(text);
+  const Byte* const from = as_bytes(guarded.data());
+  const Offset size = std::ssize(text);
+  for (int round = 0; round < 4; ++round) {
+    const Offset start = random.between(0, static_cast<int>(size));
+    const Offset most =
+        random.one_in(2) ? size : random.between(0, static_cast<int>(size));
+    const GuardedText to(
+        std::string(static_cast<std::size_t>(size - start), '?'));
+    const MappedRun run =
+        map_characters(map, from + start, size - start, to.data(), most);
+    const MappedRun plain = map_characters_plainly(
+        map, from + start, size - start,
+        std::string(static_cast<std::size_t>(size - start), '?').data(), most);
+    ASSERT_EQ(run.bytes, plain.bytes);
+    ASSERT_EQ(run.characters, plain.characters);
+    const std::string want = map_one_by_one(
+        mask, text.substr(static_cast<std::size_t>(start)), most);
+    ASSERT_EQ(to.view().substr(0, static_cast<std::size_t>(run.bytes)),
+              want.substr(0, static_cast<std::size_t>(run.bytes)));
+    ASSERT_LE(run.bytes, std::ssize(want));
+    // Four bytes with the beginning of a key are a stop.
+    const bool at_four =
+        run.bytes < size - start && from[start + run.bytes] >= 0xF0;
+    if (ascii || (longer && !at_four)) {
+      ASSERT_EQ(run.bytes, std::ssize(want));
+    }
+  }
+}
+
+TEST(CharacterMaps, MapRunsAsTheMaskDoes) {
+  Random random(9);
+  with_each_kernel([&random] {
+    for (int round = 0; round < 3000; ++round) {
+      SCOPED_TRACE(testing::Message() << "round " << round);
+      compare_maps(random);
+      if (testing::Test::HasFailure()) return;
+    }
+  });
 }
 
 TEST(Masks, MapOneCharacter) {
@@ -275,6 +399,14 @@ MaskCall random_call(Random& random) {
   call.of.keys = mask.keys;
   call.of.values = mask.values;
   if (random.one_in(40)) use_ranges(random, call.of);
+  if (random.one_in(10)) {
+    for (int i = random.between(0, 500); i > 0; --i) {
+      call.of.text += near_character(random);
+    }
+    call.of.keys.clear();
+    call.of.values.clear();
+    use_near_characters(random, call.of.keys, call.of.values);
+  }
   call.of.reference = 42;
   call.whole_text = random.one_in(2);
   const auto size = static_cast<std::int32_t>(call.of.text.size());
@@ -291,8 +423,7 @@ MaskCall random_call(Random& random) {
   return call;
 }
 
-TEST(MaskedTexts, FollowTheSteps) {
-  Random random(4);
+void follow_the_steps(Random& random) {
   int succeeded = 0;
   for (int round = 0; round < 6000; ++round) {
     const MaskCall call = random_call(random);
@@ -317,6 +448,11 @@ TEST(MaskedTexts, FollowTheSteps) {
     DisposeBlock(output);
   }
   EXPECT_GT(succeeded, 2000);
+}
+
+TEST(MaskedTexts, FollowTheSteps) {
+  Random random(4);
+  with_each_kernel([&random] { follow_the_steps(random); });
 }
 
 TEST(MaskedTexts, RefuseWithoutWriting) {
