@@ -21,34 +21,16 @@
 #pragma GCC target("avx512f,avx512bw,avx512vl,avx512vbmi,bmi,bmi2,lzcnt,popcnt")
 #endif
 
+#include "blocks/avx512_block.h"
+
 namespace quill {
 namespace {
 
-using Bits = std::uint64_t;  // one for each byte of a block
 using Row = CharacterMap::Row;
 
-constexpr Offset kBlock = 64;
-
-// The lowest `count` bits, 0 to 64 of them.
-Bits low_bits(Offset count) {
-  return _bzhi_u64(~Bits{0}, static_cast<unsigned>(count));
-}
-Offset lowest(Bits bits) { return static_cast<Offset>(_tzcnt_u64(bits)); }
-
-__m512i load(const Byte* at) { return _mm512_loadu_si512(at); }
-__m512i load(const Byte* at, Bits which) {
-  return _mm512_maskz_loadu_epi8(which, at);
-}
-__m512i fill(Byte byte) { return _mm512_set1_epi8(static_cast<char>(byte)); }
 // Rows are indexed by the low six bits of a byte.
 __m512i look_up(const Row& row, __m512i bytes) {
   return _mm512_permutexvar_epi8(bytes, load(row.data()));
-}
-Bits from(__m512i bytes, Byte least) {
-  return _mm512_cmpge_epu8_mask(bytes, fill(least));
-}
-Bits where(__m512i bytes, Byte wanted) {
-  return _mm512_cmpeq_epi8_mask(bytes, fill(wanted));
 }
 Bits with(__m512i bytes, Byte bit) {
   return _mm512_test_epi8_mask(bytes, fill(bit));
@@ -98,21 +80,21 @@ class Mapper {
     Offset end = size;
     Bits leads = whole;
     if (wide != 0) {
-      const Bits two = quill::from(block.bytes, 0xC0);
-      leads = (two | ~wide) & whole;
-      end = order_end(block, two, wide);
-      map_wide(block, two);
+      const Order order(block.bytes, whole);
+      leads = order.leads;
+      end = order.end;
+      map_wide(block, order.two);
     }
     if (const Offset stop = lowest(block.stops); stop < end) end = stop;
     store(block.result, to, size);
     leads &= low_bits(end);
-    const auto characters = static_cast<Offset>(_mm_popcnt_u64(leads));
+    const Offset characters = count_of(leads);
     if (characters <= most) {
       stopped = end + 3 < size;
       return {end, characters};
     }
     stopped = true;
-    return {lowest(_pdep_u64(Bits{1} << most, leads)), most};
+    return {nth(leads, most), most};
   }
 
  private:
@@ -147,37 +129,19 @@ class Mapper {
     return _mm512_movepi8_mask(found) & block.whole;
   }
 
-  // Where the characters stop being in order and whole.
-  static Offset order_end(const Block& block, Bits two, Bits wide) {
-    const Bits three = quill::from(block.bytes, 0xE0);
-    const Bits four = quill::from(block.bytes, 0xF0);
-    const Bits expected = two << 1 | three << 2 | four << 3;
-    const Bits wrong = (expected ^ (wide & ~two)) & block.whole;
-    const Bits right = wrong == 0 ? block.whole : _blsmsk_u64(wrong) >> 1;
-    const auto end = static_cast<Offset>(_mm_popcnt_u64(right));
-    // The last character may reach beyond.
-    const Bits starts = (two | ~wide) & right;
-    if (starts == 0) return 0;
-    const auto last = static_cast<Offset>(63 - _lzcnt_u64(starts));
-    const Offset length =
-        1 + static_cast<Offset>((two >> last & 1) + (three >> last & 1) +
-                                (four >> last & 1));
-    return last + length > end ? last : end;
-  }
-
   void map_wide(Block& block, Bits two) const {
     const __m512i kinds = _mm512_maskz_permutexvar_epi8(
         two, block.bytes, load(map_.kinds.data()));
     block.stops |= with(kinds, CharacterMap::kStop);
     for (Bits left = with(kinds, CharacterMap::kPaired); left != 0;) {
       const Byte lead = block.text[lowest(left)];
-      const Bits here = where(block.bytes, lead);
+      const Bits here = equal_to(block.bytes, lead);
       left &= ~here;
       map_pairs(block, lead, here);
     }
     for (Bits left = with(kinds, CharacterMap::kPaged); left != 0;) {
       const Byte lead = block.text[lowest(left)];
-      const Bits here = where(block.bytes, lead);
+      const Bits here = equal_to(block.bytes, lead);
       left &= ~here;
       map_pages(block, lead, here);
     }
@@ -198,7 +162,7 @@ class Mapper {
         _mm512_test_epi8_mask(numbers, numbers) & here << 1 & block.whole;
     while (left != 0) {
       const Byte second = block.text[lowest(left)];
-      const Bits seconds = where(block.bytes, second) & left;
+      const Bits seconds = equal_to(block.bytes, second) & left;
       left &= ~seconds;
       const Byte number = pages[second & 63];
       if (number == CharacterMap::kStopPage) {
