@@ -90,7 +90,7 @@ bool PatternSearcher::find_prepared(Offset position, Offset to,
             ? !is_continuation(text_[position])
             : prepared_.has_starters() && open_window(position, to);
     if (in_order) {
-      const Offset candidate = window_.next_covered(position);
+      const Offset candidate = window_.next_candidate(position);
       if (candidate == window_.limit()) {
         const bool passed =
             position == window_.base()
