@@ -15,6 +15,9 @@ namespace {
 constexpr Offset kFewWords = 8;
 constexpr Offset kFewSelections = 16;
 
+// How many words ahead memory is asked for.
+constexpr std::int32_t kAhead = 8;
+
 constexpr std::int32_t kNowhere = -1;  // the place in a free slot
 // Characters of a word by which most selections are ruled out. They fit one
 // unit of a key.
@@ -119,12 +122,9 @@ class WordIndex::Beginning {
   }
   std::int32_t length() const { return length_; }
 
-  // Whether the key tells it from all others.
-  bool fits() const { return fits_; }
-
-  Key key() const {
-    if (fits_) return {units_, length_};
-    return {{hash_, 0, 0}, ~length_};
+  Slot slot(std::int32_t place) const {
+    if (fits_) return {units_, length_, place};
+    return {{hash_, 0, 0}, ~length_, place};
   }
 
  private:
@@ -145,13 +145,18 @@ WordIndex::WordIndex(const QuillWordEntry* const* words,
       shortest_(kMaxLong),
       has_empty_word_(words != nullptr && empty_word_ < word_count) {
   if (!has_index()) return;
-  std::fill_n(slots_.data(), slots_.size(), Slot{{}, kNowhere});
+  std::fill_n(slots_.data(), slots_.size(), Slot{{}, 0, kNowhere});
   std::fill_n(endings_.data(), endings_.size(), Endings{0});
   for (std::int32_t place = 0; place < empty_word_; ++place) {
     shortest_ = std::min<Offset>(shortest_, words_[place]->word_count);
   }
   beginning_ = std::min(shortest_, kMostBeginning);
-  for (std::int32_t place = 0; place < empty_word_; ++place) insert(place);
+  for (std::int32_t place = 0; place < empty_word_; ++place) {
+    if (place + kAhead < empty_word_) {
+      __builtin_prefetch(words_[place + kAhead]->word);
+    }
+    insert(place);
+  }
 }
 
 // Of equal words only the first is kept.
@@ -169,28 +174,28 @@ void WordIndex::insert(std::int32_t place) {
   }
   longest_ = std::max<Offset>(longest_, word.word_count);
   lengths_ |= length_bit(word.word_count);
-  const Key key = beginning.key();
+  const Slot added = beginning.slot(place);
   const Offset last = slots_.size() - 1;
-  Offset at = static_cast<Offset>(beginning.hash()) & last;
+  Offset at = slot_of(beginning.hash());
   for (; slots_[at].place != kNowhere; at = (at + 1) & last) {
-    if (slots_[at].key == key &&
-        (beginning.fits() || are_equal(*words_[slots_[at].place], word))) {
+    if (slots_[at].has_key_of(added) &&
+        (added.holds_characters() ||
+         are_equal(*words_[slots_[at].place], word))) {
       return;
     }
   }
-  slots_[at] = {key, place};
+  slots_[at] = added;
 }
 
-// The place of the word that the selection's beginning is, or that of the
-// empty word.
-std::int32_t WordIndex::probe(const Beginning& beginning,
-                              const MaskedSelection& selection) const {
-  const Key key = beginning.key();
+// The place of the word that is wanted, a beginning of the selection, or that
+// of the empty word.
+std::int32_t WordIndex::place_of(const Slot& wanted, std::uint64_t hash,
+                                 const MaskedSelection& selection) const {
   const Offset last = slots_.size() - 1;
-  Offset at = static_cast<Offset>(beginning.hash()) & last;
+  Offset at = slot_of(hash);
   for (; slots_[at].place != kNowhere; at = (at + 1) & last) {
-    if (slots_[at].key == key &&
-        (beginning.fits() ||
+    if (slots_[at].has_key_of(wanted) &&
+        (wanted.holds_characters() ||
          begins_with(selection, *words_[slots_[at].place]))) {
       return slots_[at].place;
     }
@@ -215,24 +220,28 @@ bool WordIndex::read_beginning(const MaskedSelection& selection,
   return true;
 }
 
-std::int32_t WordIndex::look_up(const MaskedSelection& selection) const {
-  std::int32_t first = empty_word_;
+// Hands over the selection's beginnings that are as long as a word that begins
+// with the same characters.
+template <class Use>
+void WordIndex::each_beginning(const MaskedSelection& selection,
+                               Use use) const {
   // No character is shorter than a byte.
   if (selection.start < 0 || selection.text == nullptr ||
       selection.end - selection.start < shortest_) {
-    return first;
+    return;
   }
   Beginning beginning;
   Offset position = selection.start;
-  if (!read_beginning(selection, position, beginning)) return first;
-  unsigned endings = endings_after(beginning.hash());
+  if (!read_beginning(selection, position, beginning)) return;
+  unsigned endings =
+      endings_after(beginning.hash()) & up_to(selection.end - selection.start);
   while (endings != 0) {
     const Offset length = beginning.length();
     const bool is_long = length >= kLongEnding;
     const unsigned bit = 1u << std::min(length, kLongEnding);
     if ((endings & bit) != 0 &&
         (!is_long || (lengths_ & length_bit(length)) != 0)) {
-      first = std::min(first, probe(beginning, selection));
+      use(beginning);
     }
     if (!is_long) endings &= ~bit;
     if (length >= longest_) break;
@@ -241,6 +250,14 @@ std::int32_t WordIndex::look_up(const MaskedSelection& selection) const {
     position = read.next;
     beginning.add(selection.mask.map(read.packed));
   }
+}
+
+std::int32_t WordIndex::look_up(const MaskedSelection& selection) const {
+  std::int32_t first = empty_word_;
+  each_beginning(selection, [&](const Beginning& beginning) {
+    first = std::min(
+        first, place_of(beginning.slot(kNowhere), beginning.hash(), selection));
+  });
   return first;
 }
 
@@ -250,8 +267,7 @@ Offset WordIndex::sift(const Byte* text, Offset size,
   const std::int32_t* const ascii = mask.ascii();
   const auto selection_count =
       static_cast<std::int32_t>(std::ssize(selections));
-  if (!has_index() || has_empty_word_ || ascii == nullptr ||
-      size < kMostBeginning) {
+  if (ascii == nullptr || size < kMostBeginning) {
     std::iota(numbers, numbers + selection_count, 0);
     return selection_count;
   }
@@ -276,15 +292,64 @@ Offset WordIndex::sift(const Byte* text, Offset size,
     }
     const unsigned endings =
         endings_after(hash_units({units & in_units, 0, 0}, length));
-    const unsigned fitting =
-        (2u << std::min(selection.length(), kLongEnding)) - 1;
     const bool is_odd = (together & in_bytes & 0x80808080) != 0 ||
                         all_bits > 0xFFFF || at != selection.start;
-    const bool may_match = ((endings & fitting) != 0) | is_odd;
+    const bool may_match =
+        ((endings & up_to(selection.length())) != 0) | is_odd;
     numbers[count] = i;
     count += may_match & (selection.length() >= length) ? 1 : 0;
   }
   return count;
+}
+
+void WordIndex::look_up_all(const Byte* text, Offset size,
+                            std::span<const Selection> selections,
+                            MaskTable& mask, std::int32_t* places) const {
+  std::array<std::int32_t, kAtOnce> numbers;
+  const Offset sifted = sift(text, size, selections, mask, numbers.data());
+  const auto selection_of = [&](std::int32_t number) -> MaskedSelection {
+    const Selection& at = selections[static_cast<std::size_t>(number)];
+    return {text, at.start, at.end, mask};
+  };
+  std::array<Probe, kAtOnce> probes;  // whose slots are on their way
+  std::size_t probe_count = 0;
+  const auto settle = [&] {
+    for (const Probe& probe : std::span(probes).first(probe_count)) {
+      std::int32_t& place = places[probe.number];
+      place = std::min(place, place_of(probe.wanted, probe.hash,
+                                       selection_of(probe.number)));
+    }
+    probe_count = 0;
+  };
+  for (Offset i = 0; i < sifted; ++i) {
+    const std::int32_t number = numbers[static_cast<std::size_t>(i)];
+    each_beginning(selection_of(number), [&](const Beginning& beginning) {
+      if (probe_count == probes.size()) settle();
+      const std::uint64_t hash = beginning.hash();
+      __builtin_prefetch(&slots_[slot_of(hash)]);
+      probes[probe_count++] = {beginning.slot(kNowhere), hash, number};
+    });
+  }
+  settle();
+}
+
+void WordIndex::find_all(const Byte* text, Offset size,
+                         std::span<const Selection> selections, MaskTable& mask,
+                         const QuillWordEntry** found) const {
+  if (!has_index()) {
+    for (const Selection& selection : selections) {
+      *found++ = find({text, selection.start, selection.end, mask});
+    }
+    return;
+  }
+  std::array<std::int32_t, kAtOnce> places;
+  std::fill_n(places.data(), selections.size(), empty_word_);
+  look_up_all(text, size, selections, mask, places.data());
+  for (std::size_t i = 0; i < selections.size(); ++i) {
+    const bool any = places[i] < empty_word_ || has_empty_word_;
+    found[i] = any ? words_[places[i]] : nullptr;
+    __builtin_prefetch(found[i]);
+  }
 }
 
 std::int32_t WordIndex::try_in_order(const MaskedSelection& selection) const {

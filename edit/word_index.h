@@ -13,6 +13,7 @@
 // in order.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <span>
 
@@ -41,27 +42,35 @@ class WordIndex {
   // Null when the selection begins with no word of the table.
   const QuillWordEntry* find(const MaskedSelection& selection) const;
 
-  // Writes the numbers of the selections for which find() may answer a word,
-  // in order, and returns how many. The selections lie within the `size` bytes
-  // of the text. Goes without a branch: in text, which words are in a table
-  // can't be predicted.
-  Offset sift(const Byte* text, Offset size,
-              std::span<const Selection> selections, const MaskTable& mask,
-              std::int32_t* numbers) const;
+  // The same for many selections, which lie within the `size` bytes of the
+  // text, at most kAtOnce: writes a word or null for each. What one of them
+  // waits for comes from memory while others are dealt with.
+  static constexpr std::size_t kAtOnce = 256;
+  void find_all(const Byte* text, Offset size,
+                std::span<const Selection> selections, MaskTable& mask,
+                const QuillWordEntry** found) const;
 
  private:
   // What words are found by: up to 12 characters below 0x10000 themselves, or
   // the hash of other words, which are then compared as well.
-  struct Key {
+  struct Slot {
     std::array<std::uint64_t, 3> units;  // four characters in each
     std::int32_t length;                 // in characters; ~length for a hash
+    std::int32_t place;                  // of the word in the table
 
-    bool operator==(const Key&) const = default;
+    bool has_key_of(const Slot& other) const {
+      return ((units[0] ^ other.units[0]) | (units[1] ^ other.units[1]) |
+              (units[2] ^ other.units[2]) |
+              static_cast<std::uint32_t>(length ^ other.length)) == 0;
+    }
+    bool holds_characters() const { return length >= 0; }
   };
 
-  struct Slot {
-    Key key;
-    std::int32_t place;  // of the word in the table
+  // A beginning of a selection that may be a word.
+  struct Probe {
+    Slot wanted;
+    std::uint64_t hash;
+    std::int32_t number;  // of the selection
   };
 
   class Beginning;
@@ -70,13 +79,32 @@ class WordIndex {
   // more for the last bit.
   using Endings = std::uint16_t;
   static constexpr Offset kLongEnding = 15;
+  // The lengths that a selection of `length` characters has room for.
+  static unsigned up_to(Offset length) {
+    return (2u << std::clamp<Offset>(length, 0, kLongEnding)) - 1;
+  }
 
   void insert(std::int32_t place);
   std::int32_t look_up(const MaskedSelection& selection) const;
-  std::int32_t probe(const Beginning& beginning,
-                     const MaskedSelection& selection) const;
+  template <class Use>
+  void each_beginning(const MaskedSelection& selection, Use use) const;
+  std::int32_t place_of(const Slot& wanted, std::uint64_t hash,
+                        const MaskedSelection& selection) const;
+
+  // Writes the numbers of the selections that can begin with a word, in order,
+  // and returns how many. Goes without a branch: in text, which words are in a
+  // table can't be predicted.
+  Offset sift(const Byte* text, Offset size,
+              std::span<const Selection> selections, const MaskTable& mask,
+              std::int32_t* numbers) const;
+  void look_up_all(const Byte* text, Offset size,
+                   std::span<const Selection> selections, MaskTable& mask,
+                   std::int32_t* places) const;
   bool read_beginning(const MaskedSelection& selection, Offset& position,
                       Beginning& beginning) const;
+  Offset slot_of(std::uint64_t hash) const {
+    return static_cast<Offset>(hash) & (slots_.size() - 1);
+  }
   bool has_index() const { return slots_.size() != 0 && endings_.size() != 0; }
   Endings& endings_after(std::uint64_t hash) const {
     return endings_[static_cast<Offset>(hash >> 24) & (endings_.size() - 1)];

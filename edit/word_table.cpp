@@ -69,17 +69,13 @@ struct Replacements {
     const auto selection_count = static_cast<Offset>(selections.size());
     const WordIndex index(table.words, table.count, selection_count);
     MaskTable mask_table(mask, selection_count * kMappedBytes);
-    std::array<std::int32_t, kAtOnce> numbers;
+    std::array<const QuillWordEntry*, WordIndex::kAtOnce> words;
     while (!selections.empty()) {
-      const auto some = selections.first(std::min(selections.size(), kAtOnce));
-      const Offset left =
-          index.sift(text, size, some, mask_table, numbers.data());
-      for (Offset i = 0; i < left; ++i) {
-        const Selection& selection = some[static_cast<std::size_t>(
-            numbers[static_cast<std::size_t>(i)])];
-        const QuillWordEntry* word =
-            index.find({text, selection.start, selection.end, mask_table});
-        if (word != nullptr && !replace(selection, *word)) return false;
+      const auto some =
+          selections.first(std::min(selections.size(), words.size()));
+      index.find_all(text, size, some, mask_table, words.data());
+      for (std::size_t i = 0; i < some.size(); ++i) {
+        if (words[i] != nullptr && !replace(some[i], *words[i])) return false;
       }
       selections = selections.subspan(some.size());
     }
@@ -95,8 +91,6 @@ struct Replacements {
     growth += word.replacement_length - selection.length();
     return true;
   }
-
-  static constexpr std::size_t kAtOnce = 256;
 
   Scratch<Replacement> found;
   Offset count = 0;
