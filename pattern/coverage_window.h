@@ -59,6 +59,32 @@ class CoverageWindow {
     return next<true>(words_[part], position);
   }
 
+  // Writes the start and the end of each run of covered bytes from `position`
+  // on, which is bare, and returns how many runs there are. One that ends with
+  // the window is left out. There are at most kMostEdges starts and ends.
+  static constexpr Offset kMostEdges = CharacterClass::kMostCovered + 2;
+  Offset runs_from(Offset position, std::int32_t* edges) const {
+    const Offset length = limit_ - base_;
+    Offset index = (position - base_) / 64;
+    std::uint64_t word = words_[0][index] & ~std::uint64_t{0}
+                                                << ((position - base_) % 64);
+    std::uint64_t before = 0;  // the last bit of the word before
+    std::int32_t* edge = edges;
+    while (true) {
+      const Offset first = base_ + index * 64;
+      std::uint64_t changes = word ^ (word << 1 | before);
+      for (; changes != 0; changes &= changes - 1) {
+        *edge++ = to_long(first + std::countr_zero(changes));
+      }
+      if (++index * 64 >= length) break;
+      before = word >> 63;
+      word = words_[0][index];
+    }
+    Offset count = edge - edges;
+    if (count % 2 == 0 && count > 0 && edge[-1] == limit_) --count;
+    return count / 2;
+  }
+
   // Hands the runs of covered bytes from `position` on, which is bare, to
   // `take` until it answers false. One that ends with the window is left out.
   template <class Take>

@@ -10,6 +10,9 @@
 // and text that is not in order, goes by the book.
 #pragma once
 
+#include <algorithm>
+#include <array>
+
 #include "blocks/base.h"
 #include "blocks/yield_meter.h"
 #include "pattern/attempt_count.h"
@@ -55,7 +58,8 @@ class PatternSearcher {
   // Searches again and again, each time from the end of the last match, as long
   // as the matches lie whole in a stretch looked through before and no search
   // can come to ask the host; at most `most` times. Ends early where that does
-  // not hold, or when `take`, which gets each match, refuses one.
+  // not hold, or when `take` refuses a match: that is handed the matches, as
+  // pairs of longs and their number, and answers how many it took.
   struct Taken {
     Offset searches;
     Offset position;  // where the next search begins
@@ -91,6 +95,23 @@ class PatternSearcher {
     if (window_.is_ascii() || length < least) return length >= least;
     if (length >= 4 * least) return true;
     return count_leads(text_ + start, text_ + end) >= least;
+  }
+
+  template <class Take>
+  Taken take_limited_runs(Offset position, Offset most, Take take) const;
+
+  // Keeps the runs with at least that many characters. Returns their number.
+  Offset keep_long(std::int32_t* edges, Offset runs, Offset least) const {
+    if (least <= 1) return runs;
+    std::int32_t* kept = edges;
+    for (Offset i = 0; i < runs; ++i) {
+      const std::int32_t start = edges[2 * i];
+      const std::int32_t end = edges[2 * i + 1];
+      kept[0] = start;
+      kept[1] = end;
+      kept += has_characters(start, end, least) ? 2 : 0;
+    }
+    return (kept - edges) / 2;
   }
 
   // An attempt at a candidate in the window. When it fails, `next` is the first
@@ -132,6 +153,25 @@ PatternSearcher::Taken PatternSearcher::take_runs(Offset position, Offset to,
   if (limit < minimum || (limit < kMaxLong && !window_.is_ascii())) {
     return taken;
   }
+  if (limit < kMaxLong) return take_limited_runs(position, most, take);
+  std::array<std::int32_t, CoverageWindow::kMostEdges> edges;
+  const Offset runs = window_.runs_from(position, edges.data());
+  const Offset count = std::min(keep_long(edges.data(), runs, minimum), most);
+  if (count == 0) return taken;
+  taken.searches = take(edges.data(), count);
+  taken.refused = taken.searches < count;
+  const Offset last = taken.refused ? taken.searches : count - 1;
+  taken.position = edges[static_cast<std::size_t>(2 * last + 1)];
+  return taken;
+}
+
+template <class Take>
+PatternSearcher::Taken PatternSearcher::take_limited_runs(Offset position,
+                                                          Offset most,
+                                                          Take take) const {
+  Taken taken{0, position, false};
+  const Offset minimum = prepared_.minimum_of(0);
+  const Offset limit = prepared_.limit_of(0);
   window_.each_run(position, [&](Offset start, Offset end) {
     // Runs longer than the limit are several matches.
     for (Offset match_end = 0; start < end; start = match_end) {
@@ -139,7 +179,8 @@ PatternSearcher::Taken PatternSearcher::take_runs(Offset position, Offset to,
       if (taken.searches >= most) return false;
       match_end = end - start > limit ? start + limit : end;
       taken.position = match_end;
-      taken.refused = !take(to_long(start), to_long(match_end));
+      const std::int32_t match[] = {to_long(start), to_long(match_end)};
+      taken.refused = take(match, 1) == 0;
       if (taken.refused) return false;
       ++taken.searches;
     }

@@ -8,9 +8,9 @@ namespace quill {
 namespace {
 
 // Searches again and again, each time from where the last search leads, and
-// hands each match to `take`, which may end the walk by answering false. Each
-// search is a unit of work; the host hears where the next one begins. Returns
-// that offset.
+// hands the matches to `take`, as pairs of longs and their number; it ends the
+// walk by taking fewer. Each search is a unit of work; the host hears where the
+// next one begins. Returns that offset.
 //
 // The walk ends: a search that finds nothing leads to `to`, and one that finds
 // an empty match leads past a character.
@@ -31,7 +31,8 @@ Offset walk_matches(PatternSearcher& searcher, Offset from, Offset to,
     std::int32_t next = 0;
     const bool found = searcher.find_first(position, to, {&start, &end, &next});
     position = found ? searcher.resume_after(start, end, to) : next;
-    if (found && !take(start, end)) break;
+    const std::int32_t match[] = {start, end};
+    if (found && take(match, 1) == 0) break;
     meter.tick(position);
   }
   return position;
@@ -64,7 +65,15 @@ PatternList find_all_keys(PatternSearcher& outer, PatternSearcher& key,
     return !key.find_first(outer_start, outer_end, {&start, &end, &next}) ||
            list.append_record(start, end, outer_start, outer_end);
   };
-  const Offset stop = walk_matches(outer, from, to, host, append_key);
+  const auto append_keys = [&](const std::int32_t* matches, Offset count) {
+    Offset taken = 0;
+    while (taken < count &&
+           append_key(matches[2 * taken], matches[2 * taken + 1])) {
+      ++taken;
+    }
+    return taken;
+  };
+  const Offset stop = walk_matches(outer, from, to, host, append_keys);
   return hand_over(list, stop, to);
 }
 
@@ -75,8 +84,12 @@ PatternList find_all_matches(const char* text, RangePattern pattern,
   PatternSearcher searcher(text, pattern, host, to - from);
   LongList list;
   if (!list.start()) return {nullptr, 0, to, false};
-  const auto append = [&list](std::int32_t start, std::int32_t end) {
-    return list.append(start, end);
+  const auto append = [&list](const std::int32_t* matches, Offset count) {
+    const Offset before = list.long_count();
+    const auto longs = static_cast<std::size_t>(2 * count);
+    return list.append_pairs({matches, longs})
+               ? count
+               : (list.long_count() - before) / 2;
   };
   const Offset stop = walk_matches(searcher, from, to, host, append);
   return hand_over(list, stop, to);
@@ -95,11 +108,11 @@ std::int32_t utf8_CountPatternAll(const char* text, std::int32_t from,
   const Host host{reference, yield};
   PatternSearcher searcher(text, {parts, part_count}, host, Offset{to} - from);
   Offset count = 0;
-  const auto count_one = [&count](std::int32_t, std::int32_t) {
-    ++count;
-    return true;
+  const auto count_all = [&count](const std::int32_t*, Offset more) {
+    count += more;
+    return more;
   };
-  const Offset reached = walk_matches(searcher, from, to, host, count_one);
+  const Offset reached = walk_matches(searcher, from, to, host, count_all);
   *number = to_long(count);
   *stop = to_long(reached);
   return 1;
