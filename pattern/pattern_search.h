@@ -94,7 +94,16 @@ class PatternSearcher {
     const Offset length = end - start;  // of characters of 1 to 4 bytes
     if (window_.is_ascii() || length < least) return length >= least;
     if (length >= 4 * least) return true;
+    if (length < kFewBytes) return has_leads(start, end, least);
     return count_leads(text_ + start, text_ + end) >= least;
+  }
+
+  static constexpr Offset kFewBytes = 16;
+  bool has_leads(Offset start, Offset end, Offset least) const {
+    for (; start < end; ++start) {
+      least -= is_continuation(text_[start]) ? 0 : 1;
+    }
+    return least <= 0;
   }
 
   template <class Take>
