@@ -38,6 +38,19 @@ struct MatchVariables {
   std::int32_t* next;
 };
 
+// What matches are handed to: pairs of longs and their number. Answers how many
+// it took; fewer than that ends the search.
+class MatchSink {
+ public:
+  MatchSink() = default;
+  MatchSink(const MatchSink&) = delete;
+  MatchSink& operator=(const MatchSink&) = delete;
+  virtual Offset take(const std::int32_t* matches, Offset count) = 0;
+
+ protected:
+  ~MatchSink() = default;
+};
+
 class PatternSearcher {
  public:
   // For searches that together go over at most `range_length` bytes.
@@ -58,15 +71,14 @@ class PatternSearcher {
   // Searches again and again, each time from the end of the last match, as long
   // as the matches lie whole in a stretch looked through before and no search
   // can come to ask the host; at most `most` times. Ends early where that does
-  // not hold, or when `take` refuses a match: that is handed the matches, as
-  // pairs of longs and their number, and answers how many it took.
+  // not hold, or when `sink` refuses a match.
   struct Taken {
     Offset searches;
     Offset position;  // where the next search begins
     bool refused;
   };
-  template <class Take>
-  Taken take_runs(Offset position, Offset to, Offset most, Take take) const;
+  Taken take_runs(Offset position, Offset to, Offset most,
+                  MatchSink& sink) const;
 
   // Where the search after a match goes on: at its end. An empty match would
   // be found there again, so then past the character at or after it.
@@ -106,8 +118,7 @@ class PatternSearcher {
     return least <= 0;
   }
 
-  template <class Take>
-  Taken take_limited_runs(Offset position, Offset most, Take take) const;
+  Taken take_limited_runs(Offset position, Offset most, MatchSink& sink) const;
 
   // Keeps the runs with at least that many characters. Returns their number.
   Offset keep_long(std::int32_t* edges, Offset runs, Offset least) const {
@@ -144,58 +155,5 @@ class PatternSearcher {
   CoverageWindow window_;
   Offset out_of_order_until_ = -1;
 };
-
-template <class Take>
-PatternSearcher::Taken PatternSearcher::take_runs(Offset position, Offset to,
-                                                  Offset most,
-                                                  Take take) const {
-  Taken taken{0, position, false};
-  // A search makes no more attempts than the window has bytes.
-  const bool may_ask =
-      YieldMax > 0 && YieldMax <= CharacterClass::kMostCovered + 1;
-  if (!is_run_ || may_ask || !window_.holds(position, to) ||
-      !window_.is_bare(position)) {
-    return taken;
-  }
-  const Offset minimum = prepared_.minimum_of(0);
-  const Offset limit = prepared_.limit_of(0);
-  if (limit < minimum || (limit < kMaxLong && !window_.is_ascii())) {
-    return taken;
-  }
-  if (limit < kMaxLong) return take_limited_runs(position, most, take);
-  std::array<std::int32_t, CoverageWindow::kMostEdges> edges;
-  const Offset runs = window_.runs_from(position, edges.data());
-  const Offset count = std::min(keep_long(edges.data(), runs, minimum), most);
-  if (count == 0) return taken;
-  taken.searches = take(edges.data(), count);
-  taken.refused = taken.searches < count;
-  const Offset last = taken.refused ? taken.searches : count - 1;
-  taken.position = edges[static_cast<std::size_t>(2 * last + 1)];
-  return taken;
-}
-
-template <class Take>
-PatternSearcher::Taken PatternSearcher::take_limited_runs(Offset position,
-                                                          Offset most,
-                                                          Take take) const {
-  Taken taken{0, position, false};
-  const Offset minimum = prepared_.minimum_of(0);
-  const Offset limit = prepared_.limit_of(0);
-  window_.each_run(position, [&](Offset start, Offset end) {
-    // Runs longer than the limit are several matches.
-    for (Offset match_end = 0; start < end; start = match_end) {
-      if (!has_characters(start, end, minimum)) break;
-      if (taken.searches >= most) return false;
-      match_end = end - start > limit ? start + limit : end;
-      taken.position = match_end;
-      const std::int32_t match[] = {to_long(start), to_long(match_end)};
-      taken.refused = take(match, 1) == 0;
-      if (taken.refused) return false;
-      ++taken.searches;
-    }
-    return true;
-  });
-  return taken;
-}
 
 }  // namespace quill
