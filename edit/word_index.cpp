@@ -58,6 +58,13 @@ Offset slots_for(std::int32_t word_count, Offset selection_count) {
       std::bit_ceil(static_cast<std::uint64_t>(word_count) * 2));
 }
 
+// Many for each word, so that few beginnings share one, as long as they fit the
+// nearest caches.
+Offset endings_for(Offset slot_count) {
+  constexpr Offset kNear = 1 << 14;
+  return std::max(slot_count / 2, std::min(8 * slot_count, kNear));
+}
+
 // Reading is dearer than mapping, and most text is ASCII.
 Character read_quickly(const MaskedSelection& in, Offset position) {
   if (position < in.end && in.text[position] < 0x80) {
@@ -141,7 +148,7 @@ WordIndex::WordIndex(const QuillWordEntry* const* words,
     : words_(words),
       empty_word_(find_empty_word(words, word_count)),
       slots_(slots_for(empty_word_, selection_count)),
-      endings_(slots_.size()),
+      endings_(endings_for(slots_.size())),
       shortest_(kMaxLong),
       has_empty_word_(words != nullptr && empty_word_ < word_count) {
   if (!has_index()) return;
@@ -294,10 +301,10 @@ Offset WordIndex::sift(const Byte* text, Offset size,
         endings_after(hash_units({units & in_units, 0, 0}, length));
     const bool is_odd = (together & in_bytes & 0x80808080) != 0 ||
                         all_bits > 0xFFFF || at != selection.start;
-    const bool may_match =
-        ((endings & up_to(selection.length())) != 0) | is_odd;
+    const bool may_match = is_odd || (endings & up_to(selection.length())) != 0;
     numbers[count] = i;
-    count += may_match & (selection.length() >= length) ? 1 : 0;
+    const bool is_long_enough = selection.length() >= length;
+    count += static_cast<int>(may_match) & static_cast<int>(is_long_enough);
   }
   return count;
 }
