@@ -255,7 +255,7 @@ void map_ascii(const Mask& mask, CharacterMap& map) {
 }
 
 void map_longer(const Mask& mask, CharacterMap& map) {
-  Filler(mask, map).fill();
+  if (!mask.is_identity()) Filler(mask, map).fill();
 }
 
 MappedRun map_characters_plainly(const CharacterMap& map, const Byte* from,
