@@ -52,9 +52,7 @@ class LineScan {
         if (feeds != 0) note_feed(last - std::countl_zero(feeds));
       }
       position = stop;
-      while (position < window_end_ && is_continuation(text_[position])) {
-        ++position;
-      }
+      position += continuation_bytes(position);
     }
     if (position == end_ || after_space < 0) return {position, true};
     return {after_space, true};
@@ -87,6 +85,23 @@ class LineScan {
     const auto behind = static_cast<std::size_t>((in_order - first + 63) / 64);
     spaces_[behind] = feeds_[behind] = 0;
     return true;
+  }
+
+  // How many continuation bytes stand at an offset up to the window's end;
+  // there are at most three. Where lines end in them can't be predicted either.
+  Offset continuation_bytes(Offset position) const {
+    Offset count = 0;
+    if (window_end_ - position >= 3) {
+      const Byte* const at = text_ + position;
+      const int first = is_continuation(at[0]) ? 1 : 0;
+      const int second = first & (is_continuation(at[1]) ? 1 : 0);
+      return first + second + (second & (is_continuation(at[2]) ? 1 : 0));
+    }
+    while (position + count < window_end_ &&
+           is_continuation(text_[position + count])) {
+      ++count;
+    }
+    return count;
   }
 
   // The marks of `count` bytes, 1 to 64, from an offset in the window on: with
