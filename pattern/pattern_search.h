@@ -105,7 +105,7 @@ class PatternSearcher {
   bool has_characters(Offset start, Offset end, Offset least) const {
     const Offset length = end - start;  // of characters of 1 to 4 bytes
     if (window_.is_ascii() || length < least) return length >= least;
-    if (length >= 4 * least) return true;
+    if (length > 4 * (least - 1)) return true;
     if (length < kFewBytes) return has_leads(start, end, least);
     return count_leads(text_ + start, text_ + end) >= least;
   }
