@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstring>
+#include <numeric>
 
 #include "search/comparison.h"
 #include "utf8/characters.h"
@@ -13,12 +15,26 @@ namespace {
 constexpr Offset kFewWords = 8;
 constexpr Offset kFewSelections = 16;
 
+// How many words ahead memory is asked for.
+constexpr std::int32_t kAhead = 8;
+
 constexpr std::int32_t kNowhere = -1;  // the place in a free slot
-// Characters of a word by which most selections are ruled out.
+// Characters of a word by which most selections are ruled out. They fit one
+// unit of a key.
 constexpr Offset kMostBeginning = 4;
 
 std::uint64_t extend_hash(std::uint64_t hash, std::int32_t character) {
   hash = (hash ^ static_cast<std::uint32_t>(character)) * 0xD6E8FEB86659FD93;
+  return hash ^ hash >> 32;
+}
+
+// The hash of characters below 0x10000.
+std::uint64_t hash_units(const std::array<std::uint64_t, 3>& units,
+                         std::int32_t length) {
+  std::uint64_t hash =
+      units[0] * 0x9E3779B97F4A7C15 + units[1] * 0xC2B2AE3D27D4EB4F +
+      units[2] * 0x165667B19E3779F9 + static_cast<std::uint32_t>(length);
+  hash = (hash ^ hash >> 32) * 0xD6E8FEB86659FD93;
   return hash ^ hash >> 32;
 }
 
@@ -42,8 +58,12 @@ Offset slots_for(std::int32_t word_count, Offset selection_count) {
       std::bit_ceil(static_cast<std::uint64_t>(word_count) * 2));
 }
 
-// Sixteen bits or more for each word.
-Offset filter_words_for(Offset slot_count) { return slot_count / 8; }
+// Many for each word, so that few beginnings share one, as long as they fit the
+// nearest caches.
+Offset endings_for(Offset slot_count) {
+  constexpr Offset kNear = 1 << 14;
+  return std::max(slot_count / 2, std::min(8 * slot_count, kNear));
+}
 
 // Reading is dearer than mapping, and most text is ASCII.
 Character read_quickly(const MaskedSelection& in, Offset position) {
@@ -105,21 +125,13 @@ class WordIndex::Beginning {
   }
 
   std::uint64_t hash() const {
-    if (!fits_) return hash_;
-    std::uint64_t hash =
-        units_[0] * 0x9E3779B97F4A7C15 + units_[1] * 0xC2B2AE3D27D4EB4F +
-        units_[2] * 0x165667B19E3779F9 + static_cast<std::uint32_t>(length_);
-    hash = (hash ^ hash >> 32) * 0xD6E8FEB86659FD93;
-    return hash ^ hash >> 32;
+    return fits_ ? hash_units(units_, length_) : hash_;
   }
   std::int32_t length() const { return length_; }
 
-  // Whether the key tells it from all others.
-  bool fits() const { return fits_; }
-
-  Key key() const {
-    if (fits_) return {units_, length_};
-    return {{hash_, 0, 0}, ~length_};
+  Slot slot(std::int32_t place) const {
+    if (fits_) return {units_, length_, place};
+    return {{hash_, 0, 0}, ~length_, place};
   }
 
  private:
@@ -136,31 +148,22 @@ WordIndex::WordIndex(const QuillWordEntry* const* words,
     : words_(words),
       empty_word_(find_empty_word(words, word_count)),
       slots_(slots_for(empty_word_, selection_count)),
-      filter_(filter_words_for(slots_.size())),
+      endings_(endings_for(slots_.size())),
       shortest_(kMaxLong),
       has_empty_word_(words != nullptr && empty_word_ < word_count) {
-  if (slots_.size() == 0) return;
-  std::fill_n(slots_.data(), slots_.size(), Slot{{}, kNowhere});
-  std::fill_n(filter_.data(), filter_.size(), 0);
+  if (!has_index()) return;
+  std::fill_n(slots_.data(), slots_.size(), Slot{{}, 0, kNowhere});
+  std::fill_n(endings_.data(), endings_.size(), Endings{0});
   for (std::int32_t place = 0; place < empty_word_; ++place) {
     shortest_ = std::min<Offset>(shortest_, words_[place]->word_count);
   }
   beginning_ = std::min(shortest_, kMostBeginning);
-  for (std::int32_t place = 0; place < empty_word_; ++place) insert(place);
-}
-
-void WordIndex::pass_filter(std::uint64_t hash) {
-  if (filter_.size() == 0) return;
-  const std::uint64_t bit = hash >> 24;
-  const Offset at = static_cast<Offset>(bit >> 6) & (filter_.size() - 1);
-  filter_[at] |= std::uint64_t{1} << (bit & 63);
-}
-
-bool WordIndex::passes_filter(std::uint64_t hash) const {
-  if (filter_.size() == 0) return true;
-  const std::uint64_t bit = hash >> 24;
-  const Offset at = static_cast<Offset>(bit >> 6) & (filter_.size() - 1);
-  return (filter_[at] >> (bit & 63) & 1) != 0;
+  for (std::int32_t place = 0; place < empty_word_; ++place) {
+    if (place + kAhead < empty_word_) {
+      __builtin_prefetch(words_[place + kAhead]->word);
+    }
+    insert(place);
+  }
 }
 
 // Of equal words only the first is kept.
@@ -170,33 +173,36 @@ void WordIndex::insert(std::int32_t place) {
   Beginning beginning;
   for (std::int32_t i = 0; i < word.word_count; ++i) {
     beginning.add(word.word[i]);
-    if (beginning.length() == beginning_) pass_filter(beginning.hash());
+    if (beginning.length() == beginning_) {
+      Endings& endings = endings_after(beginning.hash());
+      endings = static_cast<Endings>(
+          endings | 1u << std::min<Offset>(word.word_count, kLongEnding));
+    }
   }
-  pass_filter(beginning.hash());
   longest_ = std::max<Offset>(longest_, word.word_count);
   lengths_ |= length_bit(word.word_count);
-  const Key key = beginning.key();
+  const Slot added = beginning.slot(place);
   const Offset last = slots_.size() - 1;
-  Offset at = static_cast<Offset>(beginning.hash()) & last;
+  Offset at = slot_of(beginning.hash());
   for (; slots_[at].place != kNowhere; at = (at + 1) & last) {
-    if (slots_[at].key == key &&
-        (beginning.fits() || are_equal(*words_[slots_[at].place], word))) {
+    if (slots_[at].has_key_of(added) &&
+        (added.holds_characters() ||
+         are_equal(*words_[slots_[at].place], word))) {
       return;
     }
   }
-  slots_[at] = {key, place};
+  slots_[at] = added;
 }
 
-// The place of the word that the selection's beginning is, or that of the
-// empty word.
-std::int32_t WordIndex::probe(const Beginning& beginning,
-                              const MaskedSelection& selection) const {
-  const Key key = beginning.key();
+// The place of the word that is wanted, a beginning of the selection, or that
+// of the empty word.
+std::int32_t WordIndex::place_of(const Slot& wanted, std::uint64_t hash,
+                                 const MaskedSelection& selection) const {
   const Offset last = slots_.size() - 1;
-  Offset at = static_cast<Offset>(beginning.hash()) & last;
+  Offset at = slot_of(hash);
   for (; slots_[at].place != kNowhere; at = (at + 1) & last) {
-    if (slots_[at].key == key &&
-        (beginning.fits() ||
+    if (slots_[at].has_key_of(wanted) &&
+        (wanted.holds_characters() ||
          begins_with(selection, *words_[slots_[at].place]))) {
       return slots_[at].place;
     }
@@ -204,42 +210,153 @@ std::int32_t WordIndex::probe(const Beginning& beginning,
   return empty_word_;
 }
 
-// Puts the word that the selection's beginning is, if it comes before `first`,
-// in its place. False when no longer beginning can be a word.
-bool WordIndex::consider(const Beginning& beginning,
-                         const MaskedSelection& selection,
-                         std::int32_t& first) const {
-  const std::int32_t length = beginning.length();
-  if (length < beginning_) return true;
-  const bool passes = passes_filter(beginning.hash());
-  if (passes && (lengths_ & length_bit(length)) != 0) {
-    first = std::min(first, probe(beginning, selection));
+// Reads as many characters as every word has. False when there are fewer.
+bool WordIndex::read_beginning(const MaskedSelection& selection,
+                               Offset& position, Beginning& beginning) const {
+  if (beginning_ == kMostBeginning &&
+      beginning.add_four(selection.text + position, selection.mask.ascii())) {
+    position += kMostBeginning;
+    return true;
   }
-  return passes || length > beginning_;
+  while (beginning.length() < beginning_) {
+    const Character read = read_quickly(selection, position);
+    if (!read.found) return false;
+    position = read.next;
+    beginning.add(selection.mask.map(read.packed));
+  }
+  return true;
 }
 
-std::int32_t WordIndex::look_up(const MaskedSelection& selection) const {
-  std::int32_t first = empty_word_;
+// Hands over the selection's beginnings that are as long as a word that begins
+// with the same characters.
+template <class Use>
+void WordIndex::each_beginning(const MaskedSelection& selection,
+                               Use use) const {
   // No character is shorter than a byte.
   if (selection.start < 0 || selection.text == nullptr ||
       selection.end - selection.start < shortest_) {
-    return first;
+    return;
   }
   Beginning beginning;
   Offset position = selection.start;
-  if (beginning_ == kMostBeginning &&
-      beginning.add_four(selection.text + position, selection.mask.ascii())) {
-    if (!consider(beginning, selection, first)) return first;
-    position += kMostBeginning;
-  }
-  while (beginning.length() < longest_) {
+  if (!read_beginning(selection, position, beginning)) return;
+  unsigned endings =
+      endings_after(beginning.hash()) & up_to(selection.end - selection.start);
+  while (endings != 0) {
+    const Offset length = beginning.length();
+    const bool is_long = length >= kLongEnding;
+    const unsigned bit = 1u << std::min(length, kLongEnding);
+    if ((endings & bit) != 0 &&
+        (!is_long || (lengths_ & length_bit(length)) != 0)) {
+      use(beginning);
+    }
+    if (!is_long) endings &= ~bit;
+    if (length >= longest_) break;
     const Character read = read_quickly(selection, position);
     if (!read.found) break;
     position = read.next;
     beginning.add(selection.mask.map(read.packed));
-    if (!consider(beginning, selection, first)) break;
   }
+}
+
+std::int32_t WordIndex::look_up(const MaskedSelection& selection) const {
+  std::int32_t first = empty_word_;
+  each_beginning(selection, [&](const Beginning& beginning) {
+    first = std::min(
+        first, place_of(beginning.slot(kNowhere), beginning.hash(), selection));
+  });
   return first;
+}
+
+Offset WordIndex::sift(const Byte* text, Offset size,
+                       std::span<const Selection> selections,
+                       const MaskTable& mask, std::int32_t* numbers) const {
+  const std::int32_t* const ascii = mask.ascii();
+  const auto selection_count =
+      static_cast<std::int32_t>(std::ssize(selections));
+  if (ascii == nullptr || size < kMostBeginning) {
+    std::iota(numbers, numbers + selection_count, 0);
+    return selection_count;
+  }
+  const auto length = static_cast<std::int32_t>(beginning_);
+  // What of the bytes read belongs to the beginning.
+  const std::uint64_t in_units = ~std::uint64_t{0} >> (64 - 16 * length);
+  const std::uint32_t in_bytes = ~std::uint32_t{0} >> (32 - 8 * length);
+  std::int32_t count = 0;
+  for (std::int32_t i = 0; i < selection_count; ++i) {
+    const Selection& selection = selections[static_cast<std::size_t>(i)];
+    const Offset at = std::min<Offset>(selection.start, size - kMostBeginning);
+    std::array<Byte, kMostBeginning> bytes;
+    std::memcpy(bytes.data(), text + at, bytes.size());
+    std::uint32_t together;
+    std::memcpy(&together, bytes.data(), sizeof together);
+    std::uint64_t units = 0;
+    std::uint32_t all_bits = 0;
+    for (std::size_t k = 0; k < bytes.size(); ++k) {
+      const auto bits = static_cast<std::uint32_t>(ascii[bytes[k] & 0x7F]);
+      units |= std::uint64_t{bits} << (16 * k);
+      all_bits |= bits;
+    }
+    const unsigned endings =
+        endings_after(hash_units({units & in_units, 0, 0}, length));
+    const bool is_odd = (together & in_bytes & 0x80808080) != 0 ||
+                        all_bits > 0xFFFF || at != selection.start;
+    const bool may_match = is_odd || (endings & up_to(selection.length())) != 0;
+    numbers[count] = i;
+    const bool is_long_enough = selection.length() >= length;
+    count += static_cast<int>(may_match) & static_cast<int>(is_long_enough);
+  }
+  return count;
+}
+
+void WordIndex::look_up_all(const Byte* text, Offset size,
+                            std::span<const Selection> selections,
+                            MaskTable& mask, std::int32_t* places) const {
+  std::array<std::int32_t, kAtOnce> numbers;
+  const Offset sifted = sift(text, size, selections, mask, numbers.data());
+  const auto selection_of = [&](std::int32_t number) -> MaskedSelection {
+    const Selection& at = selections[static_cast<std::size_t>(number)];
+    return {text, at.start, at.end, mask};
+  };
+  std::array<Probe, kAtOnce> probes;  // whose slots are on their way
+  std::size_t probe_count = 0;
+  const auto settle = [&] {
+    for (const Probe& probe : std::span(probes).first(probe_count)) {
+      std::int32_t& place = places[probe.number];
+      place = std::min(place, place_of(probe.wanted, probe.hash,
+                                       selection_of(probe.number)));
+    }
+    probe_count = 0;
+  };
+  for (Offset i = 0; i < sifted; ++i) {
+    const std::int32_t number = numbers[static_cast<std::size_t>(i)];
+    each_beginning(selection_of(number), [&](const Beginning& beginning) {
+      if (probe_count == probes.size()) settle();
+      const std::uint64_t hash = beginning.hash();
+      __builtin_prefetch(&slots_[slot_of(hash)]);
+      probes[probe_count++] = {beginning.slot(kNowhere), hash, number};
+    });
+  }
+  settle();
+}
+
+void WordIndex::find_all(const Byte* text, Offset size,
+                         std::span<const Selection> selections, MaskTable& mask,
+                         const QuillWordEntry** found) const {
+  if (!has_index()) {
+    for (const Selection& selection : selections) {
+      *found++ = find({text, selection.start, selection.end, mask});
+    }
+    return;
+  }
+  std::array<std::int32_t, kAtOnce> places;
+  std::fill_n(places.data(), selections.size(), empty_word_);
+  look_up_all(text, size, selections, mask, places.data());
+  for (std::size_t i = 0; i < selections.size(); ++i) {
+    const bool any = places[i] < empty_word_ || has_empty_word_;
+    found[i] = any ? words_[places[i]] : nullptr;
+    __builtin_prefetch(found[i]);
+  }
 }
 
 std::int32_t WordIndex::try_in_order(const MaskedSelection& selection) const {
@@ -252,7 +369,7 @@ std::int32_t WordIndex::try_in_order(const MaskedSelection& selection) const {
 
 const QuillWordEntry* WordIndex::find(const MaskedSelection& selection) const {
   const std::int32_t place =
-      slots_.size() == 0 ? try_in_order(selection) : look_up(selection);
+      has_index() ? look_up(selection) : try_in_order(selection);
   return place < empty_word_ || has_empty_word_ ? words_[place] : nullptr;
 }
 

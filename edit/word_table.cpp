@@ -1,5 +1,7 @@
 // Replacing words through a table: a pattern finds the words of a text, the
 // table says what to put in their place, and one edit puts it there.
+#include <algorithm>
+#include <array>
 #include <string_view>
 
 #include "blocks/block_lock.h"
@@ -61,23 +63,32 @@ struct Replacements {
   explicit Replacements(Offset most) : found(most) {}
 
   // False when a word that matches has no usable replacement.
-  bool look_up(const Byte* text, std::span<const Selection> selections,
-               const WordTable& table, const Mask& mask) {
+  bool look_up(const Byte* text, Offset size,
+               std::span<const Selection> selections, const WordTable& table,
+               const Mask& mask) {
     const auto selection_count = static_cast<Offset>(selections.size());
     const WordIndex index(table.words, table.count, selection_count);
     MaskTable mask_table(mask, selection_count * kMappedBytes);
-    for (const Selection& selection : selections) {
-      const QuillWordEntry* word =
-          index.find({text, selection.start, selection.end, mask_table});
-      if (word == nullptr) continue;
-      if (!is_byte_string(word->replacement, word->replacement_length)) {
-        return false;
+    std::array<const QuillWordEntry*, WordIndex::kAtOnce> words;
+    while (!selections.empty()) {
+      const auto some =
+          selections.first(std::min(selections.size(), words.size()));
+      index.find_all(text, size, some, mask_table, words.data());
+      for (std::size_t i = 0; i < some.size(); ++i) {
+        if (words[i] != nullptr && !replace(some[i], *words[i])) return false;
       }
-      found[count++] = {
-          selection.start, selection.end,
-          byte_string(word->replacement, word->replacement_length)};
-      growth += word->replacement_length - selection.length();
+      selections = selections.subspan(some.size());
     }
+    return true;
+  }
+
+  bool replace(const Selection& selection, const QuillWordEntry& word) {
+    if (!is_byte_string(word.replacement, word.replacement_length)) {
+      return false;
+    }
+    found[count++] = {selection.start, selection.end,
+                      byte_string(word.replacement, word.replacement_length)};
+    growth += word.replacement_length - selection.length();
     return true;
   }
 
@@ -120,7 +131,8 @@ bool replace_words(QuillBlock text, QuillBlock list, const WordTable& table,
   Replacements replacements(static_cast<Offset>(words.size()));
   BlockLock text_lock(text);
   if (replacements.found.refused() ||
-      !replacements.look_up(text_lock.bytes(), words, table, mask)) {
+      !replacements.look_up(text_lock.bytes(), text_lock.size(), words, table,
+                            mask)) {
     return false;
   }
   const auto count = static_cast<std::size_t>(replacements.count);

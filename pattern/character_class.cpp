@@ -17,6 +17,7 @@ CharacterClass::CharacterClass(const QuillRangePart& part, Offset range_length)
     if (member >= 0 && member < 0x80) {
       ascii_[member >> 6] |= std::uint64_t{1} << (member & 63);
       listed_ascii_.add(static_cast<Byte>(member));
+      lists_ascii_ = true;
     } else if (byte_of(member, 0) >= 0xC0) {
       has_wide = true;  // what begins with other bytes is never read
     }
@@ -41,11 +42,15 @@ void CharacterClass::cover(const Byte* first, const Byte* last, bool ascii,
     mark_members(first, last, accepted_bytes_, words);
     return;
   }
-  mark_members(first, last, listed_ascii_, words);
+  const Offset length = last - first;
+  if (lists_ascii_) {
+    mark_members(first, last, listed_ascii_, words);
+  } else {
+    std::fill_n(words, (length + 63) / 64, 0);
+  }
   wide_->cover(first, last, words);
   if (includes_) return;
   // Each byte belongs to one character: what is not listed is accepted.
-  const Offset length = last - first;
   for (Offset i = 0; i < (length + 63) / 64; ++i) words[i] = ~words[i];
   if (length % 64 != 0) {
     words[length / 64] &= (std::uint64_t{1} << (length % 64)) - 1;

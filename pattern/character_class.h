@@ -54,6 +54,7 @@ class CharacterClass {
   bool includes_;
   std::uint64_t ascii_[2] = {};
   ByteSet listed_ascii_;
+  bool lists_ascii_ = false;
   // Accepted bytes of ASCII text, and of any text whose long characters are all
   // accepted or all not.
   ByteSet accepted_bytes_;

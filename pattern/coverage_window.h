@@ -55,12 +55,34 @@ class CoverageWindow {
   static constexpr int kMostParts = 4;
   Offset run_end(int part, Offset position, const Byte* text,
                  const PreparedPattern& pattern) {
-    if ((marked_ >> part & 1) == 0) {
-      marked_ |= 1u << part;
-      pattern.accepted_by(part).cover(text + base_, text + limit_, is_ascii(),
-                                      words_[part]);
-    }
+    mark_part(part, text, pattern);
     return next<true>(words_[part], position);
+  }
+
+  // Writes the start and the end of each run of covered bytes from `position`
+  // on, which is bare, and returns how many runs there are. One that ends with
+  // the window is left out. There are at most kMostEdges starts and ends.
+  static constexpr Offset kMostEdges = CharacterClass::kMostCovered + 2;
+  Offset runs_from(Offset position, std::int32_t* edges) const {
+    const Offset length = limit_ - base_;
+    Offset index = (position - base_) / 64;
+    std::uint64_t word = words_[0][index] & ~std::uint64_t{0}
+                                                << ((position - base_) % 64);
+    std::uint64_t before = 0;  // the last bit of the word before
+    std::int32_t* edge = edges;
+    while (true) {
+      const Offset first = base_ + index * 64;
+      std::uint64_t changes = word ^ (word << 1 | before);
+      for (; changes != 0; changes &= changes - 1) {
+        *edge++ = to_long(first + std::countr_zero(changes));
+      }
+      if (++index * 64 >= length) break;
+      before = word >> 63;
+      word = words_[0][index];
+    }
+    Offset count = edge - edges;
+    if (count % 2 == 0 && count > 0 && edge[-1] == limit_) --count;
+    return count / 2;
   }
 
   // Hands the runs of covered bytes from `position` on, which is bare, to
@@ -95,11 +117,12 @@ class CoverageWindow {
     }
   }
 
-  // The first byte from `position` on that is covered, or that is not; or
-  // `limit`.
-  Offset next_covered(Offset position) const {
-    return next<false>(words_[0], position);
+  // The first byte from `position` on at which a match can begin; or `limit`.
+  Offset next_candidate(Offset position) const {
+    return next<false>(narrowed_ ? candidates_ : words_[0], position);
   }
+
+  // The first byte from `position` on that is not covered, or `limit`.
   Offset next_bare(Offset position) const {
     return next<true>(words_[0], position);
   }
@@ -116,6 +139,41 @@ class CoverageWindow {
         words_[0][w] |= more[w];
       }
     }
+    narrowed_ = is_ascii() && pattern.demands().size() > 1;
+    if (narrowed_) narrow(text, pattern);
+  }
+
+  // Where each character is a byte, all that a match has to have tells where
+  // one can begin. What lies behind the window may be anything.
+  void narrow(const Byte* text, const PreparedPattern& pattern) {
+    const Offset length = limit_ - base_;
+    const Offset count = (length + 63) / 64;
+    std::copy_n(words_[0], count, candidates_);
+    for (const PreparedPattern::Demand& demand : pattern.demands()) {
+      if (demand.place == 0) continue;
+      if (demand.part >= kMostParts) break;
+      mark_part(demand.part, text, pattern);
+      const std::uint64_t* const words = words_[demand.part];
+      for (Offset w = 0; w < count; ++w) {
+        std::uint64_t after = w + 1 < count ? words[w + 1] : kAll;
+        std::uint64_t word = words[w];
+        if (w + 1 == count) word |= beyond(length);
+        if (w + 2 == count) after |= beyond(length);
+        candidates_[w] &= word >> demand.place | after << (64 - demand.place);
+      }
+    }
+  }
+
+  // The bits of the last word that lie beyond the window.
+  static std::uint64_t beyond(Offset length) {
+    return length % 64 == 0 ? 0 : kAll << (length % 64);
+  }
+
+  void mark_part(int part, const Byte* text, const PreparedPattern& pattern) {
+    if ((marked_ >> part & 1) != 0) return;
+    marked_ |= 1u << part;
+    pattern.accepted_by(part).cover(text + base_, text + limit_, is_ascii(),
+                                    words_[part]);
   }
 
   template <bool kInverted>
@@ -132,6 +190,7 @@ class CoverageWindow {
     return std::min(base_ + index * 64 + std::countr_zero(bits), limit_);
   }
 
+  static constexpr std::uint64_t kAll = ~std::uint64_t{0};
   static constexpr Offset kWords = CharacterClass::kMostCovered / 64;
 
   Offset base_ = 0;
@@ -140,7 +199,9 @@ class CoverageWindow {
   Offset characters_ = 0;
   Offset size_ = 128;
   unsigned marked_ = 0;  // bit n: words_[n] is covered for this stretch
+  bool narrowed_ = false;
   std::uint64_t words_[kMostParts][kWords];
+  std::uint64_t candidates_[kWords];  // when narrowed
 };
 
 }  // namespace quill

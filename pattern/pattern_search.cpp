@@ -90,7 +90,7 @@ bool PatternSearcher::find_prepared(Offset position, Offset to,
             ? !is_continuation(text_[position])
             : prepared_.has_starters() && open_window(position, to);
     if (in_order) {
-      const Offset candidate = window_.next_covered(position);
+      const Offset candidate = window_.next_candidate(position);
       if (candidate == window_.limit()) {
         const bool passed =
             position == window_.base()
@@ -118,6 +118,56 @@ bool PatternSearcher::find_prepared(Offset position, Offset to,
   }
   *found.end = to_long(to);
   return false;
+}
+
+PatternSearcher::Taken PatternSearcher::take_runs(Offset position, Offset to,
+                                                  Offset most,
+                                                  MatchSink& sink) const {
+  Taken taken{0, position, false};
+  // A search makes no more attempts than the window has bytes.
+  const bool may_ask =
+      YieldMax > 0 && YieldMax <= CharacterClass::kMostCovered + 1;
+  if (!is_run_ || may_ask || !window_.holds(position, to) ||
+      !window_.is_bare(position)) {
+    return taken;
+  }
+  const Offset minimum = prepared_.minimum_of(0);
+  const Offset limit = prepared_.limit_of(0);
+  if (limit < minimum || (limit < kMaxLong && !window_.is_ascii())) {
+    return taken;
+  }
+  if (limit < kMaxLong) return take_limited_runs(position, most, sink);
+  std::array<std::int32_t, CoverageWindow::kMostEdges> edges;
+  const Offset runs = window_.runs_from(position, edges.data());
+  const Offset count = std::min(keep_long(edges.data(), runs, minimum), most);
+  if (count == 0) return taken;
+  taken.searches = sink.take(edges.data(), count);
+  taken.refused = taken.searches < count;
+  const Offset last = taken.refused ? taken.searches : count - 1;
+  taken.position = edges[static_cast<std::size_t>(2 * last + 1)];
+  return taken;
+}
+
+PatternSearcher::Taken PatternSearcher::take_limited_runs(
+    Offset position, Offset most, MatchSink& sink) const {
+  Taken taken{0, position, false};
+  const Offset minimum = prepared_.minimum_of(0);
+  const Offset limit = prepared_.limit_of(0);
+  window_.each_run(position, [&](Offset start, Offset end) {
+    // Runs longer than the limit are several matches.
+    for (Offset match_end = 0; start < end; start = match_end) {
+      if (!has_characters(start, end, minimum)) break;
+      if (taken.searches >= most) return false;
+      match_end = end - start > limit ? start + limit : end;
+      taken.position = match_end;
+      const std::int32_t match[] = {to_long(start), to_long(match_end)};
+      taken.refused = sink.take(match, 1) == 0;
+      if (taken.refused) return false;
+      ++taken.searches;
+    }
+    return true;
+  });
+  return taken;
 }
 
 PatternMatch PatternSearcher::attempt_in_window(Offset position, Offset to) {

@@ -10,6 +10,9 @@
 // and text that is not in order, goes by the book.
 #pragma once
 
+#include <algorithm>
+#include <array>
+
 #include "blocks/base.h"
 #include "blocks/yield_meter.h"
 #include "pattern/attempt_count.h"
@@ -35,6 +38,19 @@ struct MatchVariables {
   std::int32_t* next;
 };
 
+// What matches are handed to: pairs of longs and their number. Answers how many
+// it took; fewer than that ends the search.
+class MatchSink {
+ public:
+  MatchSink() = default;
+  MatchSink(const MatchSink&) = delete;
+  MatchSink& operator=(const MatchSink&) = delete;
+  virtual Offset take(const std::int32_t* matches, Offset count) = 0;
+
+ protected:
+  ~MatchSink() = default;
+};
+
 class PatternSearcher {
  public:
   // For searches that together go over at most `range_length` bytes.
@@ -55,14 +71,14 @@ class PatternSearcher {
   // Searches again and again, each time from the end of the last match, as long
   // as the matches lie whole in a stretch looked through before and no search
   // can come to ask the host; at most `most` times. Ends early where that does
-  // not hold, or when `take`, which gets each match, refuses one.
+  // not hold, or when `sink` refuses a match.
   struct Taken {
     Offset searches;
     Offset position;  // where the next search begins
     bool refused;
   };
-  template <class Take>
-  Taken take_runs(Offset position, Offset to, Offset most, Take take) const;
+  Taken take_runs(Offset position, Offset to, Offset most,
+                  MatchSink& sink) const;
 
   // Where the search after a match goes on: at its end. An empty match would
   // be found there again, so then past the character at or after it.
@@ -89,8 +105,33 @@ class PatternSearcher {
   bool has_characters(Offset start, Offset end, Offset least) const {
     const Offset length = end - start;  // of characters of 1 to 4 bytes
     if (window_.is_ascii() || length < least) return length >= least;
-    if (length >= 4 * least) return true;
+    if (length > 4 * (least - 1)) return true;
+    if (length < kFewBytes) return has_leads(start, end, least);
     return count_leads(text_ + start, text_ + end) >= least;
+  }
+
+  static constexpr Offset kFewBytes = 16;
+  bool has_leads(Offset start, Offset end, Offset least) const {
+    for (; start < end; ++start) {
+      least -= is_continuation(text_[start]) ? 0 : 1;
+    }
+    return least <= 0;
+  }
+
+  Taken take_limited_runs(Offset position, Offset most, MatchSink& sink) const;
+
+  // Keeps the runs with at least that many characters. Returns their number.
+  Offset keep_long(std::int32_t* edges, Offset runs, Offset least) const {
+    if (least <= 1) return runs;
+    std::int32_t* kept = edges;
+    for (Offset i = 0; i < runs; ++i) {
+      const std::int32_t start = edges[2 * i];
+      const std::int32_t end = edges[2 * i + 1];
+      kept[0] = start;
+      kept[1] = end;
+      kept += has_characters(start, end, least) ? 2 : 0;
+    }
+    return (kept - edges) / 2;
   }
 
   // An attempt at a candidate in the window. When it fails, `next` is the first
@@ -114,38 +155,5 @@ class PatternSearcher {
   CoverageWindow window_;
   Offset out_of_order_until_ = -1;
 };
-
-template <class Take>
-PatternSearcher::Taken PatternSearcher::take_runs(Offset position, Offset to,
-                                                  Offset most,
-                                                  Take take) const {
-  Taken taken{0, position, false};
-  // A search makes no more attempts than the window has bytes.
-  const bool may_ask =
-      YieldMax > 0 && YieldMax <= CharacterClass::kMostCovered + 1;
-  if (!is_run_ || may_ask || !window_.holds(position, to) ||
-      !window_.is_bare(position)) {
-    return taken;
-  }
-  const Offset minimum = prepared_.minimum_of(0);
-  const Offset limit = prepared_.limit_of(0);
-  if (limit < minimum || (limit < kMaxLong && !window_.is_ascii())) {
-    return taken;
-  }
-  window_.each_run(position, [&](Offset start, Offset end) {
-    // Runs longer than the limit are several matches.
-    for (Offset match_end = 0; start < end; start = match_end) {
-      if (!has_characters(start, end, minimum)) break;
-      if (taken.searches >= most) return false;
-      match_end = end - start > limit ? start + limit : end;
-      taken.position = match_end;
-      taken.refused = !take(to_long(start), to_long(match_end));
-      if (taken.refused) return false;
-      ++taken.searches;
-    }
-    return true;
-  });
-  return taken;
-}
 
 }  // namespace quill

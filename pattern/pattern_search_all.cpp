@@ -8,21 +8,19 @@ namespace quill {
 namespace {
 
 // Searches again and again, each time from where the last search leads, and
-// hands each match to `take`, which may end the walk by answering false. Each
-// search is a unit of work; the host hears where the next one begins. Returns
-// that offset.
+// hands the matches to `sink`, which may end the walk. Each search is a unit of
+// work; the host hears where the next one begins. Returns that offset.
 //
 // The walk ends: a search that finds nothing leads to `to`, and one that finds
 // an empty match leads past a character.
-template <class Take>
 Offset walk_matches(PatternSearcher& searcher, Offset from, Offset to,
-                    Host host, Take take) {
+                    Host host, MatchSink& sink) {
   YieldMeter meter = host.meter();
   Offset position = from;
   while (position < to && meter.go_on()) {
     // The search that asks is made below.
     const auto taken =
-        searcher.take_runs(position, to, meter.units_left() - 1, take);
+        searcher.take_runs(position, to, meter.units_left() - 1, sink);
     meter.skip(taken.searches);
     position = taken.position;
     if (taken.refused || position >= to) break;
@@ -31,7 +29,8 @@ Offset walk_matches(PatternSearcher& searcher, Offset from, Offset to,
     std::int32_t next = 0;
     const bool found = searcher.find_first(position, to, {&start, &end, &next});
     position = found ? searcher.resume_after(start, end, to) : next;
-    if (found && !take(start, end)) break;
+    const std::int32_t match[] = {start, end};
+    if (found && sink.take(match, 1) == 0) break;
     meter.tick(position);
   }
   return position;
@@ -52,19 +51,69 @@ std::int32_t report(const PatternList& found, QuillBlock* list,
   return found.made ? 1 : 0;
 }
 
+// Appends matches to a list.
+class MatchList final : public MatchSink {
+ public:
+  explicit MatchList(LongList& list) : list_(list) {}
+
+  Offset take(const std::int32_t* matches, Offset count) override {
+    const Offset before = list_.long_count();
+    const auto longs = static_cast<std::size_t>(2 * count);
+    return list_.append_pairs({matches, longs})
+               ? count
+               : (list_.long_count() - before) / 2;
+  }
+
+ private:
+  LongList& list_;
+};
+
+// Counts matches.
+class MatchCount final : public MatchSink {
+ public:
+  Offset take(const std::int32_t* /*matches*/, Offset count) override {
+    count_ += count;
+    return count;
+  }
+  Offset count() const { return count_; }
+
+ private:
+  Offset count_ = 0;
+};
+
+// Looks for the key in each match and appends a record of both.
+class KeyList final : public MatchSink {
+ public:
+  KeyList(PatternSearcher& key, LongList& list) : key_(key), list_(list) {}
+
+  Offset take(const std::int32_t* matches, Offset count) override {
+    Offset taken = 0;
+    while (taken < count &&
+           append_key(matches[2 * taken], matches[2 * taken + 1])) {
+      ++taken;
+    }
+    return taken;
+  }
+
+ private:
+  bool append_key(std::int32_t outer_start, std::int32_t outer_end) {
+    std::int32_t start = 0;
+    std::int32_t end = 0;
+    std::int32_t next = 0;
+    return !key_.find_first(outer_start, outer_end, {&start, &end, &next}) ||
+           list_.append_record(start, end, outer_start, outer_end);
+  }
+
+  PatternSearcher& key_;
+  LongList& list_;
+};
+
 PatternList find_all_keys(PatternSearcher& outer, PatternSearcher& key,
                           Offset from, Offset to, Host host) {
   LongList list;
   if (!list.start()) return {nullptr, 0, to, false};
-  const auto append_key = [&](std::int32_t outer_start,
-                              std::int32_t outer_end) {
-    std::int32_t start = 0;
-    std::int32_t end = 0;
-    std::int32_t next = 0;
-    return !key.find_first(outer_start, outer_end, {&start, &end, &next}) ||
-           list.append_record(start, end, outer_start, outer_end);
-  };
-  const Offset stop = walk_matches(outer, from, to, host, append_key);
+  KeyList keys(key, list);
+  const Offset stop = walk_matches(outer, from, to, host, keys);
   return hand_over(list, stop, to);
 }
 
@@ -75,10 +124,8 @@ PatternList find_all_matches(const char* text, RangePattern pattern,
   PatternSearcher searcher(text, pattern, host, to - from);
   LongList list;
   if (!list.start()) return {nullptr, 0, to, false};
-  const auto append = [&list](std::int32_t start, std::int32_t end) {
-    return list.append(start, end);
-  };
-  const Offset stop = walk_matches(searcher, from, to, host, append);
+  MatchList matches(list);
+  const Offset stop = walk_matches(searcher, from, to, host, matches);
   return hand_over(list, stop, to);
 }
 
@@ -94,13 +141,9 @@ std::int32_t utf8_CountPatternAll(const char* text, std::int32_t from,
                                   QuillYield yield) {
   const Host host{reference, yield};
   PatternSearcher searcher(text, {parts, part_count}, host, Offset{to} - from);
-  Offset count = 0;
-  const auto count_one = [&count](std::int32_t, std::int32_t) {
-    ++count;
-    return true;
-  };
-  const Offset reached = walk_matches(searcher, from, to, host, count_one);
-  *number = to_long(count);
+  MatchCount count;
+  const Offset reached = walk_matches(searcher, from, to, host, count);
+  *number = to_long(count.count());
   *stop = to_long(reached);
   return 1;
 }

@@ -36,7 +36,19 @@ bool PreparedPattern::prepare(Offset range_length) {
     parts_[static_cast<std::size_t>(i)].emplace(pattern_.part(i), range_length);
     if (starters_ == 0 && minimum_of(i) > 0) starters_ = i + 1;
   }
+  note_demands();
   return true;
+}
+
+void PreparedPattern::note_demands() {
+  int place = 0;
+  for (int part = 0; part < pattern_.part_count; ++part) {
+    for (Offset i = 0; i < minimum_of(part); ++i) {
+      if (demand_count_ == kMostDemands) return;
+      demands_[demand_count_++] = {part, place++};
+    }
+    if (minimum_of(part) < 0 || limit_of(part) != minimum_of(part)) return;
+  }
 }
 
 // Takes one character more. False when the run ends before it.

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <array>
+#include <span>
 
 #include "blocks/base.h"
 #include "pattern/character_class.h"
@@ -34,6 +35,18 @@ class PreparedPattern {
   int starters() const { return starters_; }
   const CharacterClass& accepted_by(int part) const {
     return parts_[static_cast<std::size_t>(part)]->accepted;
+  }
+
+  // What every match has in some places, counted in characters from its start:
+  // a character that the given part accepts. The first demand is that of the
+  // first part at place 0; there are more as long as the parts before have but
+  // one length.
+  struct Demand {
+    int part;
+    int place;
+  };
+  std::span<const Demand> demands() const {
+    return {demands_.data(), demand_count_};
   }
 
   // The run of a part's characters from `position` on.
@@ -81,6 +94,7 @@ class PreparedPattern {
     LongRun known;
   };
 
+  void note_demands();
   static Offset stretch_end(const Part& part, Offset position, Offset end);
   bool step(const Part& part, Run& run, Offset end) const;
   void take_ascii(const Part& part, Run& run, Offset end) const;
@@ -90,6 +104,10 @@ class PreparedPattern {
   const Byte* text_;
   RangePattern pattern_;
   int starters_ = 0;
+
+  static constexpr std::size_t kMostDemands = 6;
+  std::array<Demand, kMostDemands> demands_;
+  std::size_t demand_count_ = 0;
 
   static constexpr int kMostParts = 8;
   std::array<Slot<Part>, kMostParts> parts_;

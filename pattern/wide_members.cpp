@@ -118,14 +118,23 @@ void WideMembers::group(Byte lead, std::uint64_t seconds, Offset length) {
     }
     place->anchors[1] = Anchor(second_bytes, 1);
   }
+  const auto bit = static_cast<Byte>(1u << (place - groups_));
+  for (std::size_t second = 0; second < 64; ++second) {
+    if ((seconds >> second & 1) != 0) rows_.seconds[second] |= bit;
+  }
+  rows_.leads[lead & 63] |= bit;
   place->leads.add(lead);
   place->anchors[0] = Anchor(place->leads, 0);
 }
 
 void WideMembers::cover(const Byte* first, const Byte* last,
                         std::uint64_t* words) const {
-  for (int i = 0; i < group_count_; ++i) {
-    cover_group(groups_[i], first, last, words);
+  if (group_count_ > 0 && covers_groups_at_once()) {
+    cover_groups(rows_, first, last, words);
+  } else {
+    for (int i = 0; i < group_count_; ++i) {
+      cover_group(groups_[i], first, last, words);
+    }
   }
   if (has_loose_leads_) cover_loose(first, last, words);
 }

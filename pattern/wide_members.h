@@ -11,6 +11,7 @@
 #include "blocks/byte_scan.h"
 #include "blocks/byte_set.h"
 #include "blocks/scratch.h"
+#include "pattern/group_cover.h"
 #include "pattern/range_pattern.h"
 
 namespace quill {
@@ -73,6 +74,7 @@ class WideMembers {
   bool has_loose_leads_ = false;
   Group groups_[kMostGroups];
   int group_count_ = 0;
+  GroupRows rows_;  // the groups, as bits
 };
 
 }  // namespace quill

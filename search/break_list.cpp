@@ -6,6 +6,7 @@
 #include "blocks/byte_scan.h"
 #include "blocks/yield_meter.h"
 #include "quillcore.h"
+#include "search/cut_every.h"
 #include "search/line_scan.h"
 #include "utf8/counters.h"
 
@@ -32,6 +33,13 @@ struct BreakList {
     const std::int32_t pair[] = {to_long(position), to_long(position)};
     block.append(pair, sizeof pair);
   }
+
+  // Breaks that there is room for, where they go, and that they are there.
+  Offset room() const { return block.room() / kBytesPerBreak; }
+  std::int32_t* next_longs() {
+    return reinterpret_cast<std::int32_t*>(block.write_position());
+  }
+  void advance(Offset breaks) { block.advance(breaks * kBytesPerBreak); }
 
   ActiveBlock block;
 };
@@ -84,12 +92,24 @@ class ChunkScan {
 bool break_every(const Range& in, Offset chunk, BreakList& list,
                  YieldMeter meter) {
   ChunkScan scan(in);
+  const bool in_blocks = cuts_in_blocks();
   Offset position = in.start;
   while (position < in.end && meter.go_on()) {
-    const Stepped stepped = scan.step(position, chunk);
+    Offset done = 0;  // characters since the last break
+    if (in_blocks) {
+      const Offset most = std::min(meter.units_left() - 1, list.room());
+      const Cuts cuts =
+          cut_every(in.text, position, in.end, chunk, most, list.next_longs());
+      list.advance(cuts.cuts);
+      meter.skip(cuts.cuts);
+      position = cuts.reached;
+      done = cuts.characters;
+      if (position == in.end && done == 0) break;
+    }
+    const Stepped stepped = scan.step(position, chunk - done);
     if (stepped.failed || stepped.stuck) return false;
     position = stepped.offset;
-    if (stepped.characters == chunk) list.store(position);
+    if (stepped.characters + done == chunk) list.store(position);
     meter.tick(position);
   }
   return true;

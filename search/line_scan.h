@@ -43,14 +43,16 @@ class LineScan {
         continue;
       }
       const Offset stop = std::min(limit, window_end_);
-      const Offset space = last_marked(spaces_, position, stop);
-      const Offset feed = last_marked(feeds_, position, stop);
-      if (space >= 0) note_space(space);
-      if (feed >= 0) note_feed(feed);
-      position = stop;
-      while (position < window_end_ && is_continuation(text_[position])) {
-        ++position;
+      for (; position < stop; position += kStep) {
+        const Offset count = std::min(stop - position, kStep);
+        const std::uint64_t spaces = bits_from(spaces_, position, count);
+        const std::uint64_t feeds = bits_from(feeds_, position, count);
+        const Offset last = position + 63;
+        if (spaces != 0) note_space(last - std::countl_zero(spaces));
+        if (feeds != 0) note_feed(last - std::countl_zero(feeds));
       }
+      position = stop;
+      position += continuation_bytes(position);
     }
     if (position == end_ || after_space < 0) return {position, true};
     return {after_space, true};
@@ -58,7 +60,8 @@ class LineScan {
 
  private:
   static constexpr Offset kWindow = 4096;
-  using Marks = std::array<std::uint64_t, kWindow / 64>;
+  static constexpr Offset kStep = 64;
+  using Marks = std::array<std::uint64_t, kWindow / kStep + 1>;
 
   // Whether the window, moved if need be, has `position` among characters in
   // order. Windows that turn out short are not worth the trouble: each time,
@@ -79,21 +82,38 @@ class LineScan {
     window_end_ = in_order - text_;
     mark_members(first, in_order, kSpaces, spaces_.data());
     mark_members(first, in_order, kFeeds, feeds_.data());
+    const auto behind = static_cast<std::size_t>((in_order - first + 63) / 64);
+    spaces_[behind] = feeds_[behind] = 0;
     return true;
   }
 
-  // The last marked offset in [start, limit), which lies in the window, or -1.
-  Offset last_marked(const Marks& marks, Offset start, Offset limit) const {
-    const Offset first = start - window_start_;
-    const Offset last = limit - window_start_ - 1;
-    for (Offset word = last >> 6; word >= first >> 6; --word) {
-      std::uint64_t bits = marks[static_cast<std::size_t>(word)];
-      if (word == last >> 6) bits &= ~std::uint64_t{0} >> (63 - (last & 63));
-      if (word == first >> 6) bits &= ~std::uint64_t{0} << (first & 63);
-      if (bits != 0)
-        return window_start_ + word * 64 + 63 - std::countl_zero(bits);
+  // How many continuation bytes stand at an offset up to the window's end;
+  // there are at most three. Where lines end in them can't be predicted either.
+  Offset continuation_bytes(Offset position) const {
+    Offset count = 0;
+    if (window_end_ - position >= 3) {
+      const Byte* const at = text_ + position;
+      const int first = is_continuation(at[0]) ? 1 : 0;
+      const int second = first & (is_continuation(at[1]) ? 1 : 0);
+      return first + second + (second & (is_continuation(at[2]) ? 1 : 0));
     }
-    return -1;
+    while (position + count < window_end_ &&
+           is_continuation(text_[position + count])) {
+      ++count;
+    }
+    return count;
+  }
+
+  // The marks of `count` bytes, 1 to 64, from an offset in the window on: with
+  // no branch that depends on where words begin.
+  std::uint64_t bits_from(const Marks& marks, Offset start,
+                          Offset count) const {
+    const auto index = static_cast<std::size_t>(start - window_start_);
+    const std::size_t word = index >> 6;
+    const auto shift = static_cast<int>(index & 63);
+    const std::uint64_t bits = marks[word] >> shift | marks[word + 1]
+                                                          << 1 << (63 - shift);
+    return bits & ~std::uint64_t{0} >> (kStep - count);
   }
 
   static constexpr ByteSet kSpaces = ByteSet::of(' ');

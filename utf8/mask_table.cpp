@@ -11,14 +11,6 @@ constexpr auto kAscii = [] {
   return table;
 }();
 
-constexpr auto kTwoBytes = [] {
-  std::array<std::int32_t, 2048> table{};
-  for (std::size_t i = 0; i < table.size(); ++i) {
-    table[i] = static_cast<std::int32_t>(0x80C0 | i >> 6 | (i & 0x3F) << 8);
-  }
-  return table;
-}();
-
 // Bytes of text below which bisecting beats filling the ASCII table, which
 // costs a look at every key.
 constexpr Offset kFewBytes = 8;
@@ -71,7 +63,10 @@ void MaskTable::fill_ascii() {
 }
 
 void MaskTable::fill_longer() {
-  two_bytes_ = kTwoBytes;
+  for (std::size_t i = 0; i < two_bytes_.size(); ++i) {
+    two_bytes_[i] =
+        static_cast<std::int32_t>(0x80C0 | i >> 6 | (i & 0x3F) << 8);
+  }
   filter_ = {};
   has_longer_ = true;
   for (std::int32_t i = mask_.count; i-- > 0;) {

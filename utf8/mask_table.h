@@ -32,22 +32,6 @@ class MaskTable {
 
   const Mask& mask() const { return mask_; }
 
-  // Fills the tables for longer characters now rather than once they pay.
-  void prepare_longer() {
-    if (!has_longer_) fill_longer();
-  }
-  bool has_longer() const { return has_longer_; }
-
-  // Once they are filled: what a character of two well-formed bytes maps to,
-  // and whether no key begins with these bytes of a longer one.
-  std::int32_t map_two_bytes(Byte lead, Byte second) const {
-    return two_bytes_[index_of(lead, second)];
-  }
-  bool begins_no_key(Byte lead, Byte second) const {
-    const std::uint32_t index = index_of(lead, second);
-    return (filter_[index >> 6] >> (index & 63) & 1) == 0;
-  }
-
   // What the 128 ASCII characters map to, or null when there is no table.
   const std::int32_t* ascii() const {
     return ascii_limit_ == 0 ? nullptr : ascii_.data();
@@ -67,9 +51,6 @@ class MaskTable {
   // The lead byte's low five bits and the second byte's low six.
   static std::uint32_t index_of(std::uint32_t bits) {
     return (bits & 0x1F) << 6 | (bits >> 8 & 0x3F);
-  }
-  static std::uint32_t index_of(Byte lead, Byte second) {
-    return index_of(std::uint32_t{lead} | std::uint32_t{second} << 8);
   }
 
   std::int32_t map_longer(std::int32_t character) {

@@ -6,13 +6,14 @@
 // small steps.
 #include <algorithm>
 #include <cstring>
+#include <optional>
 
 #include "blocks/active_block.h"
 #include "blocks/block_lock.h"
 #include "blocks/yield_meter.h"
 #include "quillcore.h"
 #include "selection/selection_list.h"
-#include "utf8/ascii_map.h"
+#include "utf8/character_map.h"
 #include "utf8/characters.h"
 #include "utf8/mask_table.h"
 
@@ -22,22 +23,15 @@ namespace {
 
 constexpr Offset kLongestCharacter = 4;
 
-// Bytes of text that pay for preparing more than the mask's ASCII table.
-constexpr Offset kLongText = 4096;
+// Bytes of text that pay for preparing more than the mask's ASCII characters.
+constexpr Offset kWorthMapping = 256;
 
 class MaskedText {
  public:
   MaskedText(const Byte* source, Offset size, const Mask& mask,
              ActiveBlock& output)
-      : output_(output),
-        mask_(mask, size),
-        ascii_(mask_.ascii()),
-        source_(source),
-        size_(size) {
-    if (size >= kLongText) {
-      ascii_.find_ranges();
-      mask_.prepare_longer();
-    }
+      : output_(output), mask_(mask), source_(source), size_(size) {
+    map_ascii(mask_, map_);
   }
 
   // How far the source has been dealt with.
@@ -50,90 +44,82 @@ class MaskedText {
   [[nodiscard]] bool mask_until(Offset end, YieldMeter& meter, Wanted wanted,
                                 Progress progress) {
     while (position_ < end && wanted()) {
-      meter.skip(mask_in_place(end, meter.units_left() - 1));
-      if (position_ == end) break;
+      if (singly_ == 0) {
+        meter.skip(mask_in_place(end, meter.units_left() - 1));
+        if (position_ == end) break;
+      } else {
+        --singly_;
+      }
       const Character read = read_next(source_, position_, end);
-      if (!read.found || !write(mask_.map(read.packed), read.length())) {
+      if (!read.found || !write(map_singly(read.packed), read.length())) {
         return false;
       }
       position_ = read.next;
+      if (output_.in_use() != position_) copies_ahead_ = false;
       meter.tick(progress());
     }
     return true;
   }
+
+  // From now on copies more than is asked for: pays where little is masked and
+  // selections lie close together. The output has room for all of the source.
+  void copy_ahead() { copies_ahead_ = output_.in_use() == position_; }
 
   // Copies the source up to `end` unchanged. False when the output can't grow.
   [[nodiscard]] bool copy_until(Offset end) {
     const Offset byte_count = end - position_;
     if (byte_count <= 0) return true;
     if (!make_room(byte_count, byte_count)) return false;
-    output_.append(source_ + position_, byte_count);
+    if (copies_ahead_) {
+      bring_ahead(end);
+      output_.advance(byte_count);
+    } else {
+      output_.append(source_ + position_, byte_count);
+    }
     position_ = end;
     return true;
   }
 
  private:
-  // Masks characters as long as each keeps its length, whatever it maps to:
-  // input and output then advance alike. Returns their number, at most `most`.
+  // As long as source and output are equally long: has the output hold the
+  // source from `position_` to `end`, and whatever else fits the caches.
+  void bring_ahead(Offset end) {
+    copied_ = std::max(copied_, position_);
+    if (copied_ >= end) return;
+    const Offset limit = std::min(std::max(end, copied_ + kStretch), size_);
+    std::memcpy(output_.write_position() + (copied_ - position_),
+                source_ + copied_, static_cast<std::size_t>(limit - copied_));
+    copied_ = limit;
+  }
+
+  // Masks characters as long as each keeps its length: input and output then
+  // advance alike. Returns their number, at most `most`.
   Offset mask_in_place(Offset end, Offset most) {
-    const Byte* from = source_ + position_;
-    char* to = output_.write_position();
-    const Offset limit = std::min(end - position_, output_.room());
-    Offset at = 0;
-    Offset characters = 0;
-    while (characters < most && at < limit) {
-      Offset run = 0;  // characters done
-      const Offset left = most - characters;
-      if (from[at] < 0x80) {
-        run = ascii_.map(from + at, to + at, std::min(limit - at, left));
-        at += run;
-      } else if (from[at] < 0xE0) {
-        run = mask_pairs(from + at, to + at, std::min((limit - at) / 2, left));
-        at += 2 * run;
-      } else {
-        const Offset length = copy_longer(from + at, to + at, limit - at);
-        run = length == 0 ? 0 : 1;
-        at += length;
-      }
-      if (run == 0) break;
-      characters += run;
+    const MappedRun run = map_characters(
+        map_, source_ + position_, std::min(end - position_, output_.room()),
+        output_.write_position(), most);
+    output_.advance(run.bytes);
+    position_ += run.bytes;
+    if (run.bytes < kShortRun) {
+      // Where stops are close together, trying costs more than it gains.
+      patience_ = std::min(2 * patience_ + 1, kMostSingly);
+      singly_ = patience_;
+    } else {
+      patience_ = 0;
     }
-    output_.advance(at);
-    position_ += at;
-    return characters;
+    return run.characters;
   }
 
-  // Masks well-formed characters of two bytes as long as each maps to two.
-  // Returns their number, at most `most`.
-  Offset mask_pairs(const Byte* from, char* to, Offset most) const {
-    if (!mask_.has_longer()) return 0;
-    Offset done = 0;
-    for (; done < most; ++done) {
-      const Byte lead = from[2 * done];
-      const Byte second = from[2 * done + 1];
-      if ((lead & 0xE0) != 0xC0 || !is_continuation(second)) break;
-      // Two bytes are written for values from 0x100 to 0xFFFF.
-      const auto bits =
-          static_cast<std::uint32_t>(mask_.map_two_bytes(lead, second));
-      if (bits - 0x100 > 0xFEFF) break;
-      to[2 * done] = static_cast<char>(bits);
-      to[2 * done + 1] = static_cast<char>(bits >> 8);
+  // Maps a character at which a run has stopped. When much is still to come,
+  // more such characters will.
+  std::int32_t map_singly(std::int32_t character) {
+    if (!maps_longer_ && size_ - position_ >= kWorthMapping) {
+      map_longer(mask_, map_);
+      maps_longer_ = true;
+      patience_ = singly_ = 0;
     }
-    return done;
-  }
-
-  // Copies the well-formed character of three or four bytes at `from` if no
-  // key can be equal to it. Returns its length, else 0.
-  Offset copy_longer(const Byte* from, char* to, Offset room) const {
-    const Offset length = length_from_lead(from[0]);
-    if (!mask_.has_longer() || length > room) return 0;
-    for (Offset i = 1; i < length; ++i) {
-      if (!is_continuation(from[i])) return 0;
-    }
-    if (!mask_.begins_no_key(from[0], from[1])) return 0;
-    std::memcpy(to, from, 3);
-    to[length - 1] = static_cast<char>(from[length - 1]);
-    return length;
+    if (!table_) table_.emplace(mask_, size_ - position_);
+    return table_->map(character);
   }
 
   // Writes a mapped character that stands for `source_length` bytes.
@@ -161,12 +147,22 @@ class MaskedText {
            output_.resize(std::min(least + to_come + slack, kMaxLong));
   }
 
+  static constexpr Offset kStretch = 65536;
+  static constexpr Offset kShortRun = 16;
+  static constexpr Offset kMostSingly = 32;
+
   ActiveBlock& output_;
-  MaskTable mask_;
-  AsciiMap ascii_;
+  Mask mask_;
+  CharacterMap map_;
+  bool maps_longer_ = false;
+  bool copies_ahead_ = false;       // until source and output differ in length
+  std::optional<MaskTable> table_;  // for single characters
   const Byte* source_;
   Offset size_;  // where the part of the source to be rewritten ends
   Offset position_ = 0;
+  Offset copied_ = 0;  // how far the source lies in the output, copied ahead
+  Offset singly_ = 0;  // characters until the next run is tried
+  Offset patience_ = 0;
 };
 
 bool is_refused(QuillBlock source, const Mask& mask) {
@@ -185,8 +181,16 @@ bool any_beyond(const std::int32_t* longs, std::int32_t long_count,
                      [size](std::int32_t offset) { return offset > size; });
 }
 
+// Whether most of the text lies outside the selections.
+bool is_mostly_copied(std::span<const Selection> selections, Offset size) {
+  Offset selected = 0;
+  for (const Selection& selection : selections) selected += selection.length();
+  return selected < size / 4;
+}
+
 bool mask_selections(MaskedText& text, Offset size,
                      std::span<const Selection> selections, YieldMeter meter) {
+  if (is_mostly_copied(selections, size)) text.copy_ahead();
   Offset consumed = 0;  // longs
   for (const Selection& selection : selections) {
     consumed += 2;

@@ -133,9 +133,42 @@ std::int32_t draw_character(Input& in) {
   }
 }
 
+// Neighbours in ASCII, of two bytes, and of three and four in a few pages.
+std::string draw_neighbour(Input& in) {
+  const auto last = static_cast<char>(in.between(0x80, 0xBF));
+  switch (in.between(0, 4)) {
+    case 0:
+      return {static_cast<char>(in.between(0xC3, 0xC6)), last};
+    case 1:
+      return {'\xE3', static_cast<char>(in.between(0x80, 0x83)), last};
+    case 2:
+      return {in.pick({'\xE1', '\xE1', '\xF0'}), '\x90', last,
+              in.one_in(9) ? 'x' : last};
+    default:
+      return {static_cast<char>(in.between(0, 127))};
+  }
+}
+
+// Mostly from neighbours to others of the same length.
+Mask draw_neighbours_mask(Input& in) {
+  Mask mask;
+  for (int left = in.between(0, 120); left > 0; --left) {
+    const std::string from = draw_neighbour(in).substr(0, 4);
+    std::string to = draw_neighbour(in).substr(0, 4);
+    if (to.size() != from.size() && !in.one_in(30)) to = from;
+    if (to.size() > 1 && to == from) to.back() = '\x85';
+    mask.keys.push_back(packed(from));
+    mask.values.push_back(packed(to));
+  }
+  std::sort(mask.keys.begin(), mask.keys.end());
+  if (in.flag()) std::sort(mask.values.begin(), mask.values.end());
+  return mask;
+}
+
 // Any entries, or ranges of ASCII moved by a constant, as foldings are.
 Mask draw_mask(Input& in) {
   Mask mask;
+  if (in.one_in(3)) return draw_neighbours_mask(in);
   if (in.one_in(4)) {
     for (std::int32_t range = in.between(0, 4); range >= 0; --range) {
       const std::int32_t first = (4 - range) * 25 + in.between(0, 12);
@@ -194,8 +227,15 @@ MaskCall draw_text(Input& in, MaskCall::Operation operation) {
                  std::string(static_cast<std::size_t>(in.between(0, 150)),
                              static_cast<char>(in.between(0, 127)));
   }
+  if (in.one_in(3)) {
+    std::string once;
+    for (int left = in.between(0, 200); left > 0; --left) {
+      once += draw_neighbour(in);
+    }
+    for (int left = in.pick({1, 4, 40}); left > 0; --left) call.text += once;
+  }
   call.mask = draw_mask(in);
-  call.mask_count = in.one_in(16) ? in.between(-1, 0) : call.mask.count();
+  call.mask_count = in.one_in(16) ? in.between(-2, 0) : call.mask.count();
   const std::size_t size = call.text.size();
   const auto offset = [&] {
     return in.one_in(16) ? in.offset(size)

@@ -1,0 +1,85 @@
+// With AVX-512 a lookup by the low six bits of each byte tells the groups of
+// 64 lead bytes, or 64 second bytes, at a time.
+#include "pattern/group_cover.h"
+
+#include "blocks/instructions.h"
+
+#if defined(__x86_64__)
+
+#if defined(__GNUC__) && !defined(__clang__)
+// g++ 12 takes the operands that some of its intrinsics leave undefined on
+// purpose for mistakes.
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
+#include <immintrin.h>
+
+#if defined(__clang__)
+#pragma clang attribute push(                                            \
+    __attribute__((target(                                               \
+        "avx512f,avx512bw,avx512vl,avx512vbmi,bmi,bmi2,lzcnt,popcnt"))), \
+    apply_to = function)
+#else
+#pragma GCC push_options
+#pragma GCC target("avx512f,avx512bw,avx512vl,avx512vbmi,bmi,bmi2,lzcnt,popcnt")
+#endif
+
+#include "blocks/avx512_block.h"
+
+namespace quill {
+namespace {
+
+void cover_groups_avx512(const GroupRows& rows, const Byte* first,
+                         const Byte* last, std::uint64_t* words) {
+  const __m512i leads = load(rows.leads.data());
+  const __m512i seconds = load(rows.seconds.data());
+  Bits pairs_before = 0;  // members that began in the block before
+  Bits triples_before = 0;
+  for (const Byte* at = first; at < last; at += kBlock, ++words) {
+    const Offset left = last - at;
+    const __m512i bytes = left >= kBlock ? load(at) : load(at, low_bits(left));
+    const __m512i next =
+        left > kBlock ? load(at + 1) : load(at + 1, low_bits(left - 1));
+    const __m512i groups =
+        _mm512_and_si512(_mm512_permutexvar_epi8(bytes, leads),
+                         _mm512_permutexvar_epi8(next, seconds));
+    const Bits members =
+        _mm512_test_epi8_mask(groups, groups) & at_least(bytes, 0xC0);
+    const Bits triples = members & at_least(bytes, 0xE0);
+    *words |= members | members << 1 | triples << 2 | pairs_before >> 63 |
+              triples_before >> 62;
+    pairs_before = members;
+    triples_before = triples;
+  }
+}
+
+}  // namespace
+}  // namespace quill
+
+#if defined(__clang__)
+#pragma clang attribute pop
+#else
+#pragma GCC pop_options
+#endif
+
+namespace quill {
+
+bool covers_groups_at_once() { return instructions() == Instructions::kAvx512; }
+
+void cover_groups(const GroupRows& rows, const Byte* first, const Byte* last,
+                  std::uint64_t* words) {
+  cover_groups_avx512(rows, first, last, words);
+}
+
+}  // namespace quill
+
+#else
+
+namespace quill {
+
+bool covers_groups_at_once() { return false; }
+
+void cover_groups(const GroupRows&, const Byte*, const Byte*, std::uint64_t*) {}
+
+}  // namespace quill
+
+#endif  // __x86_64__

@@ -1,0 +1,224 @@
+// Mapping characters with AVX-512: blocks of 64 bytes, in which every lead byte
+// that occurs is looked up once for all its characters.
+#include "blocks/short_move.h"
+#include "utf8/character_map_kernels.h"
+
+#if defined(__x86_64__)
+
+// g++ 12 takes the operands that some of its intrinsics leave undefined on
+// purpose for mistakes.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
+#include <immintrin.h>
+
+#if defined(__clang__)
+#pragma clang attribute push(                                            \
+    __attribute__((target(                                               \
+        "avx512f,avx512bw,avx512vl,avx512vbmi,bmi,bmi2,lzcnt,popcnt"))), \
+    apply_to = function)
+#else
+#pragma GCC target("avx512f,avx512bw,avx512vl,avx512vbmi,bmi,bmi2,lzcnt,popcnt")
+#endif
+
+#include "blocks/avx512_block.h"
+
+namespace quill {
+namespace {
+
+using Row = CharacterMap::Row;
+
+// Rows are indexed by the low six bits of a byte.
+__m512i look_up(const Row& row, __m512i bytes) {
+  return _mm512_permutexvar_epi8(bytes, load(row.data()));
+}
+Bits with(__m512i bytes, Byte bit) {
+  return _mm512_test_epi8_mask(bytes, fill(bit));
+}
+
+// Masked stores take long on some machines, above all where the memory is not
+// at hand yet.
+void store(__m512i bytes, char* to, Offset size) {
+  if (size == kBlock) return _mm512_storeu_si512(to, bytes);
+  alignas(64) char block[kBlock];
+  _mm512_store_si512(block, bytes);
+  move_short(block, to, size);
+}
+
+class Mapper {
+ public:
+  explicit Mapper(const CharacterMap& map)
+      : map_(map),
+        ascii_low_(load(map.ascii.data())),
+        ascii_high_(load(map.ascii.data() + 64)) {}
+
+  // Maps whole blocks of ASCII. Returns their bytes, at most `most`.
+  Offset map_ascii(const Byte* from, char* to, Offset most) const {
+    if (map_.has_ascii_stops) return 0;
+    Offset at = 0;
+    for (; at + kBlock <= most; at += kBlock) {
+      if (!map_ascii_block(from + at, to + at)) return at;
+    }
+    // The last block overlaps the one before it.
+    const Offset last = most - kBlock;
+    if (at == 0 || at == most || !map_ascii_block(from + last, to + last)) {
+      return at;
+    }
+    return most;
+  }
+
+  // Maps within one block, of 1 to 64 bytes; `stopped` when it ends before its
+  // last character.
+  MappedRun map_block(const Byte* text, Offset size, char* to, Offset most,
+                      bool& stopped) const {
+    const Bits whole = low_bits(size);
+    Block block{text, whole, load(text, whole), {}, 0};
+    const Bits wide = _mm512_movepi8_mask(block.bytes);
+    block.result =
+        _mm512_mask_mov_epi8(mapped_ascii(block.bytes), wide, block.bytes);
+    if (map_.has_ascii_stops) block.stops = ascii_stops(block) & ~wide;
+    Offset end = size;
+    Bits leads = whole;
+    if (wide != 0) {
+      const Order order(block.bytes, whole);
+      leads = order.leads;
+      end = order.end;
+      map_wide(block, order.two);
+    }
+    if (const Offset stop = lowest(block.stops); stop < end) end = stop;
+    store(block.result, to, size);
+    leads &= low_bits(end);
+    const Offset characters = count_of(leads);
+    if (characters <= most) {
+      stopped = end + 3 < size;
+      return {end, characters};
+    }
+    stopped = true;
+    return {nth(leads, most), most};
+  }
+
+ private:
+  struct Block {
+    const Byte* text;
+    Bits whole;
+    __m512i bytes;
+    __m512i result;
+    Bits stops;  // at the first byte of a character
+
+    // The bytes that stand `distance` places on.
+    __m512i ahead(int distance) const {
+      return load(text + distance, whole >> distance);
+    }
+  };
+
+  bool map_ascii_block(const Byte* from, char* to) const {
+    const __m512i bytes = load(from);
+    if (_mm512_movepi8_mask(bytes) != 0) return false;
+    _mm512_storeu_si512(to, mapped_ascii(bytes));
+    return true;
+  }
+
+  __m512i mapped_ascii(__m512i bytes) const {
+    return _mm512_permutex2var_epi8(ascii_low_, bytes, ascii_high_);
+  }
+
+  Bits ascii_stops(const Block& block) const {
+    const __m512i found =
+        _mm512_permutex2var_epi8(load(map_.ascii_stops.data()), block.bytes,
+                                 load(map_.ascii_stops.data() + 64));
+    return _mm512_movepi8_mask(found) & block.whole;
+  }
+
+  void map_wide(Block& block, Bits two) const {
+    const __m512i kinds = _mm512_maskz_permutexvar_epi8(
+        two, block.bytes, load(map_.kinds.data()));
+    block.stops |= with(kinds, CharacterMap::kStop);
+    for (Bits left = with(kinds, CharacterMap::kPaired); left != 0;) {
+      const Byte lead = block.text[lowest(left)];
+      const Bits here = equal_to(block.bytes, lead);
+      left &= ~here;
+      map_pairs(block, lead, here);
+    }
+    for (Bits left = with(kinds, CharacterMap::kPaged); left != 0;) {
+      const Byte lead = block.text[lowest(left)];
+      const Bits here = equal_to(block.bytes, lead);
+      left &= ~here;
+      map_pages(block, lead, here);
+    }
+  }
+
+  void map_pairs(Block& block, Byte lead, Bits here) const {
+    const __m512i second = look_up(map_.seconds[lead & 31], block.bytes);
+    const __m512i first = look_up(map_.leads[lead & 31], block.ahead(1));
+    block.stops |= (_mm512_testn_epi8_mask(second, second) & here << 1) >> 1;
+    block.result = _mm512_mask_mov_epi8(block.result, here, first);
+    block.result = _mm512_mask_mov_epi8(block.result, here << 1, second);
+  }
+
+  void map_pages(Block& block, Byte lead, Bits here) const {
+    const Row& pages = map_.pages[lead & 31];
+    const __m512i numbers = look_up(pages, block.bytes);
+    Bits left =
+        _mm512_test_epi8_mask(numbers, numbers) & here << 1 & block.whole;
+    while (left != 0) {
+      const Byte second = block.text[lowest(left)];
+      const Bits seconds = equal_to(block.bytes, second) & left;
+      left &= ~seconds;
+      const Byte number = pages[second & 63];
+      if (number == CharacterMap::kStopPage) {
+        block.stops |= seconds >> 1;
+      } else {
+        map_page(block, map_.page[number - 1u], seconds);
+      }
+    }
+  }
+
+  static void map_page(Block& block, const CharacterMap::Page& page,
+                       Bits seconds) {
+    const __m512i third = look_up(page.third, block.bytes);
+    const __m512i second = look_up(page.second, block.ahead(1));
+    const __m512i first = look_up(page.first, block.ahead(2));
+    block.stops |= (_mm512_testn_epi8_mask(third, third) & seconds << 1) >> 2;
+    block.result = _mm512_mask_mov_epi8(block.result, seconds >> 1, first);
+    block.result = _mm512_mask_mov_epi8(block.result, seconds, second);
+    block.result = _mm512_mask_mov_epi8(block.result, seconds << 1, third);
+  }
+
+  const CharacterMap& map_;
+  __m512i ascii_low_;
+  __m512i ascii_high_;
+};
+
+}  // namespace
+
+MappedRun map_characters_avx512(const CharacterMap& map, const Byte* from,
+                                Offset size, char* to, Offset most) {
+  const Mapper mapper(map);
+  MappedRun run{0, 0};
+  bool stopped = false;
+  while (!stopped && run.bytes < size && run.characters < most) {
+    const Offset left = size - run.bytes;
+    const Offset wanted = most - run.characters;
+    const Offset ascii = mapper.map_ascii(from + run.bytes, to + run.bytes,
+                                          left < wanted ? left : wanted);
+    run.bytes += ascii;
+    run.characters += ascii;
+    if (run.bytes == size || run.characters == most) break;
+    const Offset rest = size - run.bytes;
+    const MappedRun part =
+        mapper.map_block(from + run.bytes, rest < kBlock ? rest : kBlock,
+                         to + run.bytes, most - run.characters, stopped);
+    if (part.bytes == 0) break;
+    run.bytes += part.bytes;
+    run.characters += part.characters;
+  }
+  return run;
+}
+
+}  // namespace quill
+
+#if defined(__clang__)
+#pragma clang attribute pop
+#endif
+
+#endif  // __x86_64__
