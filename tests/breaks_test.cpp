@@ -8,9 +8,6 @@
 namespace quill::test {
 namespace {
 
-constexpr BreakCall::Operation kLists[] = {BreakCall::kEveryFew,
-                                           BreakCall::kAtSpaces};
-
 TEST(Breaks, AgreeWithNaiveTwinsOnRandomCalls) {
   for_random_inputs(1, 30'000, check_breaks);
 }
@@ -31,44 +28,32 @@ TEST(Breaks, StopAtEachQuestion) {
   }
 }
 
-// Answers stated by hand, for library and twins.
+// Answers stated by hand.
 TEST(FindBreaks, FollowsItsRules) {
   struct Case {
     const char* what;
-    BreakCall call;
+    const char* text;
+    unsigned char flag;  // 1: over spaces
+    std::int32_t start, end;
     std::int32_t result;
     Longs want;  // start, end, whether both stopped at a character
   };
-  const BreakCall::Class but_space = {{' '}, 0};
-  const BreakCall::Class spaces = {{' '}, 1};
-  const auto from = [](const char* text, BreakCall::Class backward,
-                       BreakCall::Class forward, std::int32_t start,
-                       std::int32_t end) {
-    return BreakCall{.text = text,
-                     .backward = backward,
-                     .forward = forward,
-                     .selection_start = start,
-                     .selection_end = end};
-  };
   const Case cases[] = {
-      {"to the word",
-       from("ab cde f", but_space, but_space, 5, 5),
-       1,
-       {3, 6, 1}},
-      {"to the bounds", from("abc", but_space, but_space, 1, 2), 1, {0, 3, 0}},
-      {"over a class", from("a   b", spaces, spaces, 2, 3), 1, {1, 4, 1}},
-      {"forwards alone", from("ab cde f", {}, but_space, 5, 5), 1, {5, 6, 1}},
-      {"a start found stays when the end can't be read",
-       from("a bc\xC3", but_space, but_space, 3, 3),
-       0,
-       {2, 3, 0}},
+      {"to the word", "ab cde f", 0, 5, 5, 1, {3, 6, 1}},
+      {"to the bounds", "abc", 0, 1, 2, 1, {0, 3, 0}},
+      {"over a class", "a   b", 1, 2, 3, 1, {1, 4, 1}},
+      {"a start found stays", "a bc\xC3", 0, 3, 3, 0, {2, 3, 0}},
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    for (const Side side : {Side::kLibrary, Side::kNaive}) {
-      const Outcome o = observe(run_of(c.call), side, {});
-      EXPECT_EQ(o.result, c.result);
-      EXPECT_EQ(Longs(o.outs.begin(), o.outs.begin() + 3), c.want);
+    const BreakCall call = {.text = c.text,
+                            .backward = {{' '}, c.flag},
+                            .forward = {{' '}, c.flag},
+                            .selection_start = c.start,
+                            .selection_end = c.end};
+    for (const Side side : kBothSides) {
+      const Outcome o = outcome_of(call, side);
+      EXPECT_EQ(o.result, c.result) << c.what;
+      EXPECT_EQ(Longs(o.outs.begin(), o.outs.begin() + 3), c.want) << c.what;
     }
   }
 }
@@ -87,48 +72,39 @@ TEST(FindBreaks, StartsForwardFromWhatTheHostNowHolds) {
 }
 
 TEST(BreakLists, FollowTheirRules) {
+  using enum BreakCall::Operation;
   struct Case {
     const char* what;
-    BreakCall call;
-    BlockState want;
-  };
-  constexpr auto kEveryFew = BreakCall::kEveryFew;
-  constexpr auto kAtSpaces = BreakCall::kAtSpaces;
-  const auto list = [](const Longs& longs) {
-    const HeldBlock held(longs);
-    return state_of(held.block);
+    BreakCall::Operation operation;
+    const char* text;
+    std::int32_t unit, start, end;
+    std::optional<Longs> want;
   };
   const char* const word = "h\xC3\xA9llo";
+  constexpr std::int32_t kMost = 2'147'483'647;
   const Case cases[] = {
-      {"a whole last piece", {kEveryFew, "abcd", 2}, list({2, 2, 4, 4})},
-      {"a short one", {kEveryFew, word, 2}, list({3, 3, 5, 5})},
-      {"from inside a character", {kEveryFew, word, 4, 2}, list({6, 6})},
-      {"no break", {kEveryFew, "ab", 3}, list({})},
-      {"a stray holds", {kEveryFew, "a\x80", 1}, {}},
-      {"behind the last space",
-       {kAtSpaces, "ab cd efgh", 5},
-       list({3, 3, 6, 6})},
-      {"a word too long", {kAtSpaces, "abcdefg", 3}, list({3, 3, 6, 6})},
-      {"a feed begins anew", {kAtSpaces, "ab\ncd efgh", 5}, list({6, 6})},
-      {"beyond the text", {kEveryFew, "abc", 1, 0, 4}, {}},
-      {"before the text", {kAtSpaces, "abc", 1, -1, 3}, {}},
-      {"turned round",
-       {kAtSpaces, "abc", 1, 2'147'483'647, -2'147'483'647},
-       {}},
-      {"no width", {kAtSpaces, "abc", 0}, {}},
+      {"a whole last piece", kEveryFew, "abcd", 2, 0, 4, Longs{2, 2, 4, 4}},
+      {"a short one", kEveryFew, word, 2, 0, 6, Longs{3, 3, 5, 5}},
+      {"from inside a character", kEveryFew, word, 4, 2, 6, Longs{6, 6}},
+      {"no break", kEveryFew, "ab", 3, 0, 2, Longs{}},
+      {"a stray holds", kEveryFew, "a\x80", 1, 0, 2, {}},
+      {"behind a space", kAtSpaces, "ab cd efgh", 5, 0, 10, Longs{3, 3, 6, 6}},
+      {"a word too long", kAtSpaces, "abcdefg", 3, 0, 7, Longs{3, 3, 6, 6}},
+      {"a feed begins anew", kAtSpaces, "ab\ncd efgh", 5, 0, 10, Longs{6, 6}},
+      {"beyond the text", kEveryFew, "abc", 1, 0, 4, {}},
+      {"before the text", kAtSpaces, "abc", 1, -1, 3, {}},
+      {"turned round", kAtSpaces, "abc", 1, kMost, -kMost, {}},
+      {"no width", kAtSpaces, "abc", 0, 0, 3, {}},
   };
   for (const Case& c : cases) {
-    for (const Side side : {Side::kLibrary, Side::kNaive}) {
-      EXPECT_EQ(observe(run_of(c.call), side, {}).list, c.want) << c.what;
+    const BreakCall call = {c.operation, c.text, c.unit, c.start, c.end};
+    for (const Side side : kBothSides) {
+      const Outcome o = outcome_of(call, side);
+      EXPECT_EQ(o.result, c.want ? 1 : 0) << c.what;
+      EXPECT_EQ(o.list == BlockState{}, !c.want) << c.what;
+      EXPECT_EQ(longs_in(o.list.bytes), c.want.value_or(Longs{})) << c.what;
     }
   }
-  QuillBlock none = untouched();
-  std::int32_t count = -3;
-  EXPECT_EQ(utf8_ComputeBreaks(nullptr, 0, 3, 1, &none, &count, 0, nullptr), 0);
-  EXPECT_EQ(
-      utf8_ComputeSpaceBreaks(nullptr, 0, 3, 1, &none, &count, 0, nullptr), 0);
-  EXPECT_EQ(none, untouched());
-  EXPECT_EQ(count, -3);
 }
 
 // Lists that outgrow their first capacity, which counts on full lines.
@@ -141,11 +117,11 @@ TEST(BreakLists, Grow) {
 
 TEST(BreakLists, LeaveNothingBehindWhenMemoryIsShort) {
   BreakCall call = {.text = "a bcde f ghij kl", .unit = 4};
-  for (const auto operation : kLists) {
+  for (const auto operation : {BreakCall::kEveryFew, BreakCall::kAtSpaces}) {
     call.operation = operation;
-    const Outcome whole = observe(run_of(call), Side::kNaive, {0});
+    const Outcome whole = outcome_of(call, Side::kNaive, {0});
     with_each_request_refused([&](const HeapWatch& heap) {
-      const Outcome o = observe(run_of(call), Side::kLibrary, {0});
+      const Outcome o = outcome_of(call, Side::kLibrary, {0});
       if (o.result == 1) {
         EXPECT_EQ(o, whole);
       } else {

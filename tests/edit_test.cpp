@@ -199,7 +199,8 @@ TEST(Edits, MoveRunsOfEveryLength) {
       for (int at = 5; at + selected < 1000; at += run_length + selected + 1) {
         call.list.insert(call.list.end(), {at, at + selected});
       }
-      for (const std::size_t length : {0, 1, 2, 4, 8, 15, 16, 17, 33, 64, 70}) {
+      for (const std::size_t length :
+           {0U, 1U, 2U, 4U, 8U, 15U, 16U, 17U, 33U, 64U, 70U}) {
         call.string = bytes.substr(1000, length);
         ASSERT_EQ(first_difference(call), "");
       }

@@ -14,9 +14,10 @@ Outcome BreakCall::run(Side side, QuillYield yield) const {
     o.outs[0] = selection_start;
     o.outs[1] = selection_end;
     o.result = pick(side, ::utf8_FindBreaks, naive::utf8_FindBreaks)(
-        held.data(), start, end, backward.members.data(), backward.count(),
-        backward.flag, forward.members.data(), forward.count(), forward.flag,
-        &o.outs[0], &o.outs[1], &found, 9, yield);
+        has_text ? held.data() : nullptr, start, end, backward.members.data(),
+        backward.count(), backward.flag, forward.members.data(),
+        forward.count(), forward.flag, &o.outs[0], &o.outs[1], &found, 9,
+        yield);
     o.outs[2] = found;
     return o;
   }
@@ -36,11 +37,11 @@ Outcome BreakCall::run(Side side, QuillYield yield) const {
 }
 
 std::string BreakCall::show() const {
-  return show_fields("operation", static_cast<int>(operation), "text", text,
-                     "start", start, "end", end, "unit", unit, "backward",
-                     backward.members, "flag", backward.flag, "forward",
-                     forward.members, "flag", forward.flag, "from",
-                     selection_start, "to", selection_end);
+  return show_fields(
+      "operation", static_cast<int>(operation), "text", text, "start", start,
+      "end", end, "unit", unit, "backward", backward.members, "flag",
+      backward.flag, "forward", forward.members, "flag", forward.flag, "from",
+      selection_start, "to", selection_end, "has text", has_text);
 }
 
 namespace {
@@ -76,6 +77,7 @@ BreakCall draw_widening(Input& in) {
   }
   call.selection_start = in.offset(size);
   call.selection_end = in.offset(size);
+  call.has_text = !in.one_in(64);
   return call;
 }
 
@@ -92,6 +94,7 @@ std::string check_breaks(Input& in) {
   call.start = in.flag() ? 0 : in.between(-1, size);
   call.end = in.flag() ? size : in.between(0, size + 1);
   call.unit = in.flag() ? in.between(0, 6) : in.between(1, 100);
+  call.has_text = !in.one_in(64);
   return first_difference(call, in.host());
 }
 

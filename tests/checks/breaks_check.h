@@ -28,6 +28,7 @@ struct BreakCall {
   Class forward = {};
   std::int32_t selection_start = 0;
   std::int32_t selection_end = 0;
+  bool has_text = true;
 
   Outcome run(Side side, QuillYield yield) const;
   std::string show() const;

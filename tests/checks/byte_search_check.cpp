@@ -7,21 +7,22 @@ namespace quill::test {
 
 Outcome ByteSearch::run(Side side, QuillYield yield) const {
   const GuardedText held(text);
-  const GuardedText sought(pattern);
+  const GuardedText held_pattern(pattern);
   char* const at = held.data();
-  const auto length = static_cast<std::int32_t>(pattern.size());
+  const char* const searched = has_text ? at : nullptr;
+  const char* const sought = has_pattern ? held_pattern.data() : nullptr;
   Outcome o;
   YieldRecorder::watch(o.outs);
   switch (operation) {
     case kFind:
       o.result = pick(side, ::FindStr, naive::FindStr)(
-          at, start, end, sought.data(), length, 1, -2, 3, -4, &o.outs[0],
+          searched, start, end, sought, length, 1, -2, 3, -4, &o.outs[0],
           &o.outs[1], 41, yield);
       break;
     case kFindAll: {
       HeldBlock list(untouched());
       o.result = pick(side, ::FindStrAll, naive::FindStrAll)(
-          at, start, end, sought.data(), length, 1, -2, 3, -4, &list.block,
+          searched, start, end, sought, length, 1, -2, 3, -4, &list.block,
           &o.outs[0], &o.outs[1], 42, yield);
       o.list = state_of(list.block);
       break;
@@ -32,7 +33,8 @@ Outcome ByteSearch::run(Side side, QuillYield yield) const {
       break;
     case kSwap:
       o.result = pick(side, ::BytePatternSwap, naive::BytePatternSwap)(
-          at, start, end, pattern_at < 0 ? sought.data() : at + pattern_at,
+          at, start, end,
+          pattern_at < 0 ? held_pattern.data() : at + pattern_at,
           replacement_at < 0 ? replacement.data() : at + replacement_at, length,
           44, yield);
       break;
@@ -45,10 +47,11 @@ std::string ByteSearch::show() const {
   return show_fields("operation", static_cast<int>(operation), "text", text,
                      "start", start, "end", end, "pattern", pattern, "at",
                      pattern_at, "replacement", replacement, "at",
-                     replacement_at);
+                     replacement_at, "length", length, "has text", has_text,
+                     "has pattern", has_pattern);
 }
 
-ByteSearch draw_byte_search(Input& in) {
+std::string check_byte_search(Input& in) {
   ByteSearch call;
   call.operation = in.pick({ByteSearch::kFind, ByteSearch::kFindAll,
                             ByteSearch::kFindByte, ByteSearch::kSwap});
@@ -68,14 +71,13 @@ ByteSearch draw_byte_search(Input& in) {
     call.start = std::max(call.start, 0);
     if (call.pattern.empty()) call.pattern = "a";
   }
+  call.length = static_cast<std::int32_t>(call.pattern.size());
+  if (in.one_in(32)) call.length = in.between(-1, 0);
+  call.has_text = !in.one_in(64);
+  call.has_pattern = !in.one_in(64);
   const int room = size - static_cast<int>(call.pattern.size());
   if (room >= 0 && in.one_in(3)) call.pattern_at = in.between(-1, room);
   if (room >= 0 && in.one_in(3)) call.replacement_at = in.between(-1, room);
-  return call;
-}
-
-std::string check_byte_search(Input& in) {
-  const ByteSearch call = draw_byte_search(in);
   return first_difference(call, in.host());
 }
 

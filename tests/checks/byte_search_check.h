@@ -19,12 +19,15 @@ struct ByteSearch {
   // Where in the text the swap's two strings lie; -1: elsewhere.
   std::int32_t pattern_at = -1;
   std::int32_t replacement_at = -1;
+  // What FindStr and FindStrAll refuse.
+  bool has_text = true;
+  bool has_pattern = true;
+  std::int32_t length = static_cast<std::int32_t>(pattern.size());
 
   Outcome run(Side side, QuillYield yield) const;
   std::string show() const;
 };
 
-ByteSearch draw_byte_search(Input& in);
 std::string check_byte_search(Input& in);
 
 }  // namespace quill::test

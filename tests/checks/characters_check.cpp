@@ -27,27 +27,26 @@ Reading read_character(Side side, CharacterCall::Operation reader,
 
 Outcome CharacterCall::run(Side side, QuillYield yield) const {
   const GuardedText held(text);
+  const char* const at = has_text ? held.data() : nullptr;
   Outcome o;
   YieldRecorder::watch(o.outs);
   switch (operation) {
     case kCount:
-      o.result =
-          pick(side, ::utf8_CountCharacters, naive::utf8_CountCharacters)(
-              held.data(), start, end, &o.outs[0]);
+      o.result = pick(side, ::utf8_CountCharacters,
+                      naive::utf8_CountCharacters)(at, start, end, &o.outs[0]);
       break;
     case kCountTask:
       o.result = pick(side, ::utf8_CountCharactersTask,
-                      naive::utf8_CountCharactersTask)(held.data(), start, end,
+                      naive::utf8_CountCharactersTask)(at, start, end,
                                                        &o.outs[0], 9, yield);
       break;
     case kCountToOffset:
       o.outs[0] = request;
       o.result = pick(side, ::utf8_CountToOffset, naive::utf8_CountToOffset)(
-          held.data(), start, end, &o.outs[0], &o.outs[1]);
+          at, start, end, &o.outs[0], &o.outs[1]);
       break;
     default: {
-      const Reading reading =
-          read_character(side, operation, held.data(), start, end);
+      const Reading reading = read_character(side, operation, at, start, end);
       o.result = reading[0];
       o.outs.assign(reading.begin() + 1, reading.end());
     }
@@ -57,7 +56,8 @@ Outcome CharacterCall::run(Side side, QuillYield yield) const {
 
 std::string CharacterCall::show() const {
   return show_fields("operation", static_cast<int>(operation), "text", text,
-                     "start", start, "end", end, "request", request);
+                     "start", start, "end", end, "request", request, "has text",
+                     has_text);
 }
 
 std::string check_characters(Input& in) {
@@ -71,6 +71,7 @@ std::string check_characters(Input& in) {
   call.start = in.flag() ? 0 : in.offset(call.text.size());
   call.end = in.flag() ? size : std::min(in.offset(call.text.size()), size);
   call.request = in.flag() ? in.between(-1, 3 * size) : in.between(0, 9);
+  call.has_text = !in.one_in(64);
   return first_difference(call, in.host());
 }
 

@@ -25,6 +25,7 @@ struct CharacterCall {
   std::int32_t start = 0;  // or the position
   std::int32_t end = static_cast<std::int32_t>(text.size());
   std::int32_t request = 1;  // characters, for kCountToOffset
+  bool has_text = true;
 
   Outcome run(Side side, QuillYield yield) const;
   std::string show() const;

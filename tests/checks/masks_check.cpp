@@ -74,8 +74,8 @@ Outcome MaskCall::run(Side side, QuillYield yield) const {
       Longs array(text.size() + 1, -5);
       o.result =
           pick(side, ::utf8_StringToLongArray, naive::utf8_StringToLongArray)(
-              held.data(), start, end, keys, values, mask_count, array.data(),
-              &o.outs[0]);
+              has_text ? held.data() : nullptr, start, end, keys, values,
+              mask_count, array.data(), &o.outs[0]);
       o.outs.insert(o.outs.end(), array.begin(), array.end());
       break;
     }
@@ -83,16 +83,17 @@ Outcome MaskCall::run(Side side, QuillYield yield) const {
     case kRewriteSelections: {
       const HeldBlock source(text);
       LockBlock(source.block);
+      const QuillBlock from = has_text ? source.block : nullptr;
       HeldBlock output(untouched());
-      o.result = operation == kRewrite
-                     ? pick(side, ::utf8_MaskString, naive::utf8_MaskString)(
-                           source.block, start, end, keys, values, mask_count,
-                           &output.block, 77, 42, yield)
-                     : pick(side, ::utf8_MaskStringSelection,
-                            naive::utf8_MaskStringSelection)(
-                           source.block, longs.data(),
-                           static_cast<std::int32_t>(longs.size()), keys,
-                           values, mask_count, &output.block, 43, yield);
+      o.result =
+          operation == kRewrite
+              ? pick(side, ::utf8_MaskString, naive::utf8_MaskString)(
+                    from, start, end, keys, values, mask_count, &output.block,
+                    77, 42, yield)
+              : pick(side, ::utf8_MaskStringSelection,
+                     naive::utf8_MaskStringSelection)(
+                    from, longs.data(), static_cast<std::int32_t>(longs.size()),
+                    keys, values, mask_count, &output.block, 43, yield);
       o.text = state_of_output(output, o.result);
       o.outs = {is_locked(source.block) ? 1 : 0};
       break;
@@ -104,16 +105,23 @@ Outcome MaskCall::run(Side side, QuillYield yield) const {
 std::string MaskCall::show() const {
   return show_fields("operation", static_cast<int>(operation), "text", text,
                      "start", start, "end", end, "keys", mask.keys, "values",
-                     mask.values, "count", mask_count, "longs", longs);
+                     mask.values, "count", mask_count, "longs", longs,
+                     "has text", has_text);
 }
 
 namespace {
 
-// Of every length, some of them broken.
+// Of every length, some of them broken, some with zero bytes inside.
 std::int32_t draw_character(Input& in) {
   switch (in.between(0, 5)) {
-    case 0:
-      return in.any_long();
+    case 0: {
+      std::string bytes;
+      for (int i = 0; i < 4; ++i) {
+        bytes += in.flag() ? in.pick({'\0', '\1', '\x80', '\xC3'})
+                           : static_cast<char>(in.byte());
+      }
+      return packed(bytes);
+    }
     case 1:
       return in.between(0xC0, 0xDF) | in.byte() << 8;
     case 2:
@@ -195,6 +203,7 @@ MaskCall draw_text(Input& in, MaskCall::Operation operation) {
   };
   call.start = in.flag() ? 0 : offset();
   call.end = in.flag() ? static_cast<std::int32_t>(size) : offset();
+  call.has_text = !in.one_in(64);
   // The host vouches for what lies before the end.
   if (operation == MaskCall::kToArray) {
     call.end = std::min(call.end, static_cast<std::int32_t>(size));

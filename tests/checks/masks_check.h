@@ -23,6 +23,7 @@ struct MaskCall {
   Longs longs = {};        // selections, or characters
   std::int32_t start = 0;  // in the text, or for kSort in the mask
   std::int32_t end = static_cast<std::int32_t>(text.size());
+  bool has_text = true;
 
   Outcome run(Side side, QuillYield yield) const;
   std::string show() const;

@@ -7,32 +7,31 @@
 namespace quill::naive {
 namespace {
 
-bool is_refused(QuillBlock text, std::int32_t start, std::int32_t end,
-                std::int32_t unit) {
+bool is_refused(QuillBlock text, int32_t start, int32_t end, int32_t unit) {
   return text == nullptr || start < 0 || end <= start || unit < 1 ||
          end > GetBlockSize(text);
 }
 
-std::int32_t hand_over(const test::Longs& positions, QuillBlock* list,
-                       std::int32_t* long_count) {
+int32_t hand_over(const test::Longs& positions, QuillBlock* list,
+                  int32_t* long_count) {
   test::Longs twice;
-  for (const std::int32_t position : positions) {
+  for (const int32_t position : positions) {
     twice.insert(twice.end(), 2, position);
   }
   *list = test::block_of(twice);
-  *long_count = static_cast<std::int32_t>(twice.size());
+  *long_count = static_cast<int32_t>(twice.size());
   return 1;
 }
 
 }  // namespace
 
-std::int32_t utf8_FindBreaks(
-    const char* text, std::int32_t lower_bound, std::int32_t end,
-    const std::int32_t* backward_class, std::int32_t backward_count,
-    unsigned char backward_flag, const std::int32_t* forward_class,
-    std::int32_t forward_count, unsigned char forward_flag,
-    std::int32_t* selection_start, std::int32_t* selection_end,
-    unsigned char* break_found, std::int32_t reference, QuillYield yield) {
+int32_t utf8_FindBreaks(const char* text, int32_t lower_bound, int32_t end,
+                        const int32_t* backward_class, int32_t backward_count,
+                        unsigned char backward_flag,
+                        const int32_t* forward_class, int32_t forward_count,
+                        unsigned char forward_flag, int32_t* selection_start,
+                        int32_t* selection_end, unsigned char* break_found,
+                        int32_t reference, QuillYield yield) {
   *break_found = 1;
   const auto fail = [&] {
     *break_found = 0;
@@ -40,7 +39,7 @@ std::int32_t utf8_FindBreaks(
   };
   if (backward_count > 0) {
     Meter meter(reference, yield);
-    std::int32_t p = *selection_start;
+    int32_t p = *selection_start;
     for (bool widening = true; widening;) {
       if (p <= lower_bound) {
         *selection_start = lower_bound;
@@ -62,7 +61,7 @@ std::int32_t utf8_FindBreaks(
   }
   if (forward_count <= 0) return 1;
   Meter meter(reference, yield);
-  std::int32_t q = *selection_end;
+  int32_t q = *selection_end;
   for (bool widening = true; widening;) {
     if (q >= end) {
       *selection_end = end;
@@ -84,17 +83,16 @@ std::int32_t utf8_FindBreaks(
   return 1;
 }
 
-std::int32_t utf8_ComputeBreaks(QuillBlock text, std::int32_t start,
-                                std::int32_t end, std::int32_t chunk,
-                                QuillBlock* list, std::int32_t* long_count,
-                                std::int32_t reference, QuillYield yield) {
+int32_t utf8_ComputeBreaks(QuillBlock text, int32_t start, int32_t end,
+                           int32_t chunk, QuillBlock* list, int32_t* long_count,
+                           int32_t reference, QuillYield yield) {
   if (is_refused(text, start, end, chunk)) return 0;
   UnlockBlock(text);
   test::Longs positions;
   Meter meter(reference, yield);
-  std::int32_t p = start;
+  int32_t p = start;
   while (p < end && meter.go_on) {
-    std::int32_t count = 0;
+    int32_t count = 0;
     while (count < chunk && p < end) {
       const Character read = containing_character(*text, p, end);
       if (!read.was_read || read.next <= p) return 0;
@@ -107,18 +105,18 @@ std::int32_t utf8_ComputeBreaks(QuillBlock text, std::int32_t start,
   return hand_over(positions, list, long_count);
 }
 
-std::int32_t utf8_ComputeSpaceBreaks(QuillBlock text, std::int32_t start,
-                                     std::int32_t end, std::int32_t width,
-                                     QuillBlock* list, std::int32_t* long_count,
-                                     std::int32_t reference, QuillYield yield) {
+int32_t utf8_ComputeSpaceBreaks(QuillBlock text, int32_t start, int32_t end,
+                                int32_t width, QuillBlock* list,
+                                int32_t* long_count, int32_t reference,
+                                QuillYield yield) {
   if (is_refused(text, start, end, width)) return 0;
   UnlockBlock(text);
   test::Longs positions;
   Meter meter(reference, yield);
-  std::int32_t p = start;
+  int32_t p = start;
   while (p < end && meter.go_on) {
-    std::int32_t limit = p + width;
-    std::int32_t last_space = -1;
+    int32_t limit = p + width;
+    int32_t last_space = -1;
     while (p < limit && p < end) {
       const Character read = next_character(*text, p, end);
       if (!read.was_read) return 0;

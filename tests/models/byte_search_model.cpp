@@ -9,8 +9,8 @@
 namespace quill::naive {
 namespace {
 
-bool is_valid(const char* text, std::int32_t start, std::int32_t end,
-              const char* pattern, std::int32_t length) {
+bool is_valid(const char* text, int32_t start, int32_t end, const char* pattern,
+              int32_t length) {
   if (text == nullptr) return false;
   if (start < 0) return false;
   if (start > end) return false;
@@ -20,9 +20,9 @@ bool is_valid(const char* text, std::int32_t start, std::int32_t end,
   return length <= end - start;
 }
 
-bool matches_at(const char* text, std::int32_t position, std::int32_t end,
-                const char* pattern, std::int32_t length) {
-  for (std::int32_t i = 0; i < length; ++i) {
+bool matches_at(const char* text, int32_t position, int32_t end,
+                const char* pattern, int32_t length) {
+  for (int32_t i = 0; i < length; ++i) {
     if (position + i >= end) return false;
     if (text[position + i] != pattern[i]) return false;
   }
@@ -31,16 +31,15 @@ bool matches_at(const char* text, std::int32_t position, std::int32_t end,
 
 }  // namespace
 
-std::int32_t FindStr(const char* text, std::int32_t start, std::int32_t end,
-                     const char* pattern, std::int32_t pattern_length,
-                     std::int32_t, std::int32_t, std::int32_t, std::int32_t,
-                     std::int32_t* found_start, std::int32_t* found_end,
-                     std::int32_t reference, QuillYield yield) {
+int32_t FindStr(const char* text, int32_t start, int32_t end,
+                const char* pattern, int32_t pattern_length, int32_t, int32_t,
+                int32_t, int32_t, int32_t* found_start, int32_t* found_end,
+                int32_t reference, QuillYield yield) {
   if (!is_valid(text, start, end, pattern, pattern_length)) return 0;
   *found_start = 0;
   *found_end = end;
   Meter meter(reference, yield);
-  std::int32_t position = start;
+  int32_t position = start;
   for (;;) {
     if (position >= end || !meter.go_on) {
       *found_end = position;
@@ -56,16 +55,15 @@ std::int32_t FindStr(const char* text, std::int32_t start, std::int32_t end,
   }
 }
 
-std::int32_t FindStrAll(const char* text, std::int32_t start, std::int32_t end,
-                        const char* pattern, std::int32_t pattern_length,
-                        std::int32_t, std::int32_t, std::int32_t, std::int32_t,
-                        QuillBlock* list, std::int32_t* long_count,
-                        std::int32_t* stop, std::int32_t reference,
-                        QuillYield yield) {
+int32_t FindStrAll(const char* text, int32_t start, int32_t end,
+                   const char* pattern, int32_t pattern_length, int32_t,
+                   int32_t, int32_t, int32_t, QuillBlock* list,
+                   int32_t* long_count, int32_t* stop, int32_t reference,
+                   QuillYield yield) {
   if (!is_valid(text, start, end, pattern, pattern_length)) return 0;
   test::Longs found;
   Meter meter(reference, yield);
-  std::int32_t position = start;
+  int32_t position = start;
   while (position < end && meter.go_on) {
     if (matches_at(text, position, end, pattern, pattern_length)) {
       meter.tick(position + pattern_length);
@@ -78,15 +76,15 @@ std::int32_t FindStrAll(const char* text, std::int32_t start, std::int32_t end,
     }
   }
   *list = test::block_of(found);
-  *long_count = static_cast<std::int32_t>(found.size());
+  *long_count = static_cast<int32_t>(found.size());
   *stop = position;
   return 1;
 }
 
-std::int32_t FindByte(char* text, std::int32_t start, std::int32_t end,
-                      char byte, std::int32_t reference, QuillYield yield) {
+int32_t FindByte(char* text, int32_t start, int32_t end, char byte,
+                 int32_t reference, QuillYield yield) {
   Meter meter(reference, yield);
-  std::int32_t position = start;
+  int32_t position = start;
   while (position < end) {
     if (text[position] == byte) return position;
     if (!meter.go_on) return -1;
@@ -96,15 +94,14 @@ std::int32_t FindByte(char* text, std::int32_t start, std::int32_t end,
   return -1;
 }
 
-std::int32_t BytePatternSwap(char* buffer, std::int32_t start, std::int32_t end,
-                             const char* pattern, const char* replacement,
-                             std::int32_t length, std::int32_t reference,
-                             QuillYield yield) {
+int32_t BytePatternSwap(char* buffer, int32_t start, int32_t end,
+                        const char* pattern, const char* replacement,
+                        int32_t length, int32_t reference, QuillYield yield) {
   if (start >= end || end < 0 || length < 1) return 1;
   Meter meter(reference, yield);
-  std::int32_t position = std::max(start, 0);
+  int32_t position = std::max(start, 0);
   while (position < end && meter.go_on) {
-    std::int32_t progress = position;
+    int32_t progress = position;
     if (matches_at(buffer, position, end, pattern, length)) {
       // Both strings may lie in the buffer itself.
       const std::string copy(replacement, static_cast<std::size_t>(length));

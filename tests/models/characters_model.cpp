@@ -10,7 +10,7 @@ std::uint32_t byte_at(const char* text, std::int64_t position) {
 }
 
 // By the first test that the byte passes.
-std::int32_t announced_length(const char* text, std::int32_t position) {
+int32_t announced_length(const char* text, int32_t position) {
   const std::uint32_t byte = byte_at(text, position);
   if (byte >= 0xF0) return 4;
   if (byte >= 0xE0) return 3;
@@ -18,18 +18,17 @@ std::int32_t announced_length(const char* text, std::int32_t position) {
   return 1;
 }
 
-std::int32_t code_point_at(const char* text, std::int32_t start,
-                           std::int32_t length) {
+int32_t code_point_at(const char* text, int32_t start, int32_t length) {
   static constexpr std::uint32_t kLeadBits[] = {0, 0xFF, 0x1F, 0x0F, 0x07};
   std::uint32_t value = byte_at(text, start) & kLeadBits[length];
-  for (std::int32_t i = 1; i < length; ++i) {
+  for (int32_t i = 1; i < length; ++i) {
     value = value << 6 | (byte_at(text, start + i) & 0x3F);
   }
-  return static_cast<std::int32_t>(value);
+  return static_cast<int32_t>(value);
 }
 
-std::int32_t report(const Character& read, std::int32_t* start,
-                    std::int32_t* character, std::int32_t* next) {
+int32_t report(const Character& read, int32_t* start, int32_t* character,
+               int32_t* next) {
   *next = read.next;
   if (!read.was_read) return 0;
   *start = read.start;
@@ -43,51 +42,46 @@ bool is_continuation_at(const char* text, std::int64_t position) {
   return byte_at(text, position) >= 0x80 && byte_at(text, position) <= 0xBF;
 }
 
-Character next_character(const char* text, std::int32_t position,
-                         std::int32_t end) {
+Character next_character(const char* text, int32_t position, int32_t end) {
   const Character failed = {.next = end};
   if (position < 0 || position >= end || text == nullptr) return failed;
   while (is_continuation_at(text, position)) {
     if (++position == end) return failed;
   }
-  const std::int32_t length = announced_length(text, position);
+  const int32_t length = announced_length(text, position);
   if (position + length > end) return failed;
   std::uint32_t packed = 0;
-  for (std::int32_t i = 0; i < length; ++i) {
+  for (int32_t i = 0; i < length; ++i) {
     packed |= byte_at(text, position + i) << (8 * i);
   }
-  return {true, position, static_cast<std::int32_t>(packed), position + length};
+  return {true, position, static_cast<int32_t>(packed), position + length};
 }
 
-Character containing_character(const char* text, std::int32_t position,
-                               std::int32_t end) {
+Character containing_character(const char* text, int32_t position,
+                               int32_t end) {
   if (position < 0 || position >= end || text == nullptr) return {.next = end};
-  std::int32_t lead = position;
+  int32_t lead = position;
   while (lead >= 0 && is_continuation_at(text, lead)) --lead;
   return next_character(text, lead >= 0 ? lead : position, end);
 }
 
-Character previous_character(const char* text, std::int32_t position,
-                             std::int32_t end) {
+Character previous_character(const char* text, int32_t position, int32_t end) {
   if (position > end || position < 1 || text == nullptr) return {.next = end};
-  std::int32_t lead = position - 1;
+  int32_t lead = position - 1;
   while (lead >= 0 && is_continuation_at(text, lead)) --lead;
   if (lead < 0) return {.next = end};
   return containing_character(text, lead, end);
 }
 
-std::int32_t utf8_GetNextCharAsLong(const char* text, std::int32_t position,
-                                    std::int32_t end, std::int32_t* start,
-                                    std::int32_t* character,
-                                    std::int32_t* next) {
+int32_t utf8_GetNextCharAsLong(const char* text, int32_t position, int32_t end,
+                               int32_t* start, int32_t* character,
+                               int32_t* next) {
   return report(next_character(text, position, end), start, character, next);
 }
 
-std::int32_t utf8_GetNextCharValue(const char* text, std::int32_t position,
-                                   std::int32_t end, std::int32_t* start,
-                                   std::int32_t* length,
-                                   std::int32_t* code_point,
-                                   std::int32_t* next) {
+int32_t utf8_GetNextCharValue(const char* text, int32_t position, int32_t end,
+                              int32_t* start, int32_t* length,
+                              int32_t* code_point, int32_t* next) {
   const Character read = next_character(text, position, end);
   if (report(read, start, code_point, next) == 0) return 0;
   *length = read.next - read.start;
@@ -95,40 +89,37 @@ std::int32_t utf8_GetNextCharValue(const char* text, std::int32_t position,
   return 1;
 }
 
-std::int32_t utf8_GetCharAsLong(const char* text, std::int32_t position,
-                                std::int32_t end, std::int32_t* start,
-                                std::int32_t* character, std::int32_t* next) {
+int32_t utf8_GetCharAsLong(const char* text, int32_t position, int32_t end,
+                           int32_t* start, int32_t* character, int32_t* next) {
   return report(containing_character(text, position, end), start, character,
                 next);
 }
 
-std::int32_t utf8_GetPrevCharAsLong(const char* text, std::int32_t position,
-                                    std::int32_t end, std::int32_t* start,
-                                    std::int32_t* character,
-                                    std::int32_t* next) {
+int32_t utf8_GetPrevCharAsLong(const char* text, int32_t position, int32_t end,
+                               int32_t* start, int32_t* character,
+                               int32_t* next) {
   return report(previous_character(text, position, end), start, character,
                 next);
 }
 
-std::int32_t utf8_CountCharacters(const char* text, std::int32_t start,
-                                  std::int32_t end, std::int32_t* count) {
+int32_t utf8_CountCharacters(const char* text, int32_t start, int32_t end,
+                             int32_t* count) {
   *count = 0;
   if (start > end || start < 0 || text == nullptr) return 0;
-  for (std::int32_t i = start; i < end; i += announced_length(text, i)) {
+  for (int32_t i = start; i < end; i += announced_length(text, i)) {
     ++*count;
   }
   return 1;
 }
 
-std::int32_t utf8_CountCharactersTask(const char* text, std::int32_t start,
-                                      std::int32_t end, std::int32_t* count,
-                                      std::int32_t reference,
-                                      QuillYield yield) {
+int32_t utf8_CountCharactersTask(const char* text, int32_t start, int32_t end,
+                                 int32_t* count, int32_t reference,
+                                 QuillYield yield) {
   *count = 0;
   if (start > end || start < 0 || text == nullptr) return 0;
   Meter meter(reference, yield);
-  std::int32_t i = start;
-  std::int32_t counted = 0;
+  int32_t i = start;
+  int32_t counted = 0;
   while (i < end && meter.go_on) {
     i += announced_length(text, i);
     ++counted;
@@ -138,16 +129,15 @@ std::int32_t utf8_CountCharactersTask(const char* text, std::int32_t start,
   return 1;
 }
 
-std::int32_t utf8_CountToOffset(const char* text, std::int32_t start,
-                                std::int32_t end, std::int32_t* count,
-                                std::int32_t* offset) {
+int32_t utf8_CountToOffset(const char* text, int32_t start, int32_t end,
+                           int32_t* count, int32_t* offset) {
   const bool refused = *count < 1 || start < 0 || start >= end;
   *offset = refused ? end : start;
   if (refused) {
     if (*count >= 1) *count = 0;
     return 0;
   }
-  std::int32_t stepped = 0;
+  int32_t stepped = 0;
   while (stepped < *count && *offset < end) {
     const Character read = containing_character(text, *offset, end);
     *offset = read.next;
@@ -163,23 +153,22 @@ std::int32_t utf8_CountToOffset(const char* text, std::int32_t start,
 }
 
 // Bisects whether or not the keys are in order.
-std::int32_t utf8_MaskChar(std::int32_t character,
-                           const std::int32_t* mask_keys,
-                           const std::int32_t* mask_values,
-                           std::int32_t mask_count, unsigned char sorted) {
+int32_t utf8_MaskChar(int32_t character, const int32_t* mask_keys,
+                      const int32_t* mask_values, int32_t mask_count,
+                      unsigned char sorted) {
   if (mask_count <= 0 || mask_keys == nullptr || mask_values == nullptr) {
     return character;
   }
   if (sorted != 1) {
-    for (std::int32_t i = 0; i < mask_count; ++i) {
+    for (int32_t i = 0; i < mask_count; ++i) {
       if (mask_keys[i] == character) return mask_values[i];
     }
     return character;
   }
-  std::int32_t low = 0;
-  std::int32_t high = mask_count - 1;
+  int32_t low = 0;
+  int32_t high = mask_count - 1;
   while (low < high) {
-    const std::int32_t middle = (low + high) / 2;
+    const int32_t middle = (low + high) / 2;
     if (character > mask_keys[middle]) {
       low = middle + 1;
     } else {
@@ -189,16 +178,15 @@ std::int32_t utf8_MaskChar(std::int32_t character,
   return mask_keys[low] == character ? mask_values[low] : character;
 }
 
-std::int32_t utf8_InList(std::int32_t character, const std::int32_t* list,
-                         std::int32_t count) {
-  for (std::int32_t i = 0; i < count; ++i) {
+int32_t utf8_InList(int32_t character, const int32_t* list, int32_t count) {
+  for (int32_t i = 0; i < count; ++i) {
     if (list[i] == character) return 1;
   }
   return 0;
 }
 
-std::int32_t utf8_MatchChar(const std::int32_t* set, std::int32_t count,
-                            std::int32_t character, unsigned char include) {
+int32_t utf8_MatchChar(const int32_t* set, int32_t count, int32_t character,
+                       unsigned char include) {
   const bool member = utf8_InList(character, set, count) == 1;
   return member == (include == 1) ? 1 : 0;
 }

@@ -22,16 +22,13 @@ decltype(::utf8_InList) utf8_InList;
 // The readers as the other models use them.
 struct Character {
   bool was_read = false;
-  std::int32_t start = 0;
-  std::int32_t packed = 0;
-  std::int32_t next = 0;
+  int32_t start = 0;
+  int32_t packed = 0;
+  int32_t next = 0;
 };
-Character next_character(const char* text, std::int32_t position,
-                         std::int32_t end);
-Character containing_character(const char* text, std::int32_t position,
-                               std::int32_t end);
-Character previous_character(const char* text, std::int32_t position,
-                             std::int32_t end);
+Character next_character(const char* text, int32_t position, int32_t end);
+Character containing_character(const char* text, int32_t position, int32_t end);
+Character previous_character(const char* text, int32_t position, int32_t end);
 
 bool is_continuation_at(const char* text, std::int64_t position);
 

@@ -10,7 +10,7 @@
 namespace quill::naive {
 namespace {
 
-void write(std::string& out, std::int32_t packed) {
+void write(std::string& out, int32_t packed) {
   const auto bits = static_cast<std::uint32_t>(packed);
   out += static_cast<char>(bits & 0xFF);
   for (const int shift : {8, 16, 24}) {
@@ -21,15 +21,15 @@ void write(std::string& out, std::int32_t packed) {
 }  // namespace
 
 // The quicksort that takes the first key as its pivot.
-void utf8_SortMask(std::int32_t* mask_keys, std::int32_t* mask_values,
-                   std::int32_t first, std::int32_t limit) {
-  const auto exchange = [&](std::int32_t a, std::int32_t b) {
+void utf8_SortMask(int32_t* mask_keys, int32_t* mask_values, int32_t first,
+                   int32_t limit) {
+  const auto exchange = [&](int32_t a, int32_t b) {
     std::swap(mask_keys[a], mask_keys[b]);
     std::swap(mask_values[a], mask_values[b]);
   };
   while (first + 1 < limit) {
-    std::int32_t left = first + 1;
-    std::int32_t right = limit;
+    int32_t left = first + 1;
+    int32_t right = limit;
     while (left < right) {
       if (mask_keys[left] <= mask_keys[first]) {
         ++left;
@@ -43,12 +43,10 @@ void utf8_SortMask(std::int32_t* mask_keys, std::int32_t* mask_values,
   }
 }
 
-std::int32_t utf8_StringToLongArray(const char* text, std::int32_t start,
-                                    std::int32_t end,
-                                    const std::int32_t* mask_keys,
-                                    const std::int32_t* mask_values,
-                                    std::int32_t mask_count,
-                                    std::int32_t* array, std::int32_t* count) {
+int32_t utf8_StringToLongArray(const char* text, int32_t start, int32_t end,
+                               const int32_t* mask_keys,
+                               const int32_t* mask_values, int32_t mask_count,
+                               int32_t* array, int32_t* count) {
   if (text == nullptr || array == nullptr || start < 0 || start >= end) {
     return 0;
   }
@@ -63,12 +61,10 @@ std::int32_t utf8_StringToLongArray(const char* text, std::int32_t start,
   return 1;
 }
 
-std::int32_t utf8_MaskString(QuillBlock source, std::int32_t start,
-                             std::int32_t end, const std::int32_t* mask_keys,
-                             const std::int32_t* mask_values,
-                             std::int32_t mask_count, QuillBlock* output,
-                             std::int32_t, std::int32_t reference,
-                             QuillYield yield) {
+int32_t utf8_MaskString(QuillBlock source, int32_t start, int32_t end,
+                        const int32_t* mask_keys, const int32_t* mask_values,
+                        int32_t mask_count, QuillBlock* output, int32_t,
+                        int32_t reference, QuillYield yield) {
   if (start < 0 || end <= start || source == nullptr || mask_keys == nullptr ||
       mask_values == nullptr || mask_count == 0 || end > GetBlockSize(source)) {
     return 0;
@@ -77,7 +73,7 @@ std::int32_t utf8_MaskString(QuillBlock source, std::int32_t start,
   *output = nullptr;
   std::string out;
   Meter meter(reference, yield);
-  std::int32_t position = start;
+  int32_t position = start;
   while (position < end && meter.go_on) {
     const Character read = next_character(*source, position, end);
     if (!read.was_read) return 0;
@@ -90,17 +86,17 @@ std::int32_t utf8_MaskString(QuillBlock source, std::int32_t start,
   return 1;
 }
 
-std::int32_t utf8_MaskStringSelection(
-    QuillBlock source, const std::int32_t* selections, std::int32_t long_count,
-    const std::int32_t* mask_keys, const std::int32_t* mask_values,
-    std::int32_t mask_count, QuillBlock* output, std::int32_t reference,
-    QuillYield yield) {
-  const std::int32_t size = GetBlockSize(source);
+int32_t utf8_MaskStringSelection(QuillBlock source, const int32_t* selections,
+                                 int32_t long_count, const int32_t* mask_keys,
+                                 const int32_t* mask_values, int32_t mask_count,
+                                 QuillBlock* output, int32_t reference,
+                                 QuillYield yield) {
+  const int32_t size = GetBlockSize(source);
   if (size < 1 || mask_keys == nullptr || mask_values == nullptr ||
       mask_count == 0 || (long_count >= 2 && selections == nullptr)) {
     return 0;
   }
-  for (std::int32_t i = 0; i < long_count / 2 * 2; ++i) {
+  for (int32_t i = 0; i < long_count / 2 * 2; ++i) {
     if (selections[i] > size) return 0;
   }
   UnlockBlock(source);
@@ -108,10 +104,10 @@ std::int32_t utf8_MaskStringSelection(
   const char* const text = *source;
   std::string out;
   Meter meter(reference, yield);
-  std::int32_t position = 0;
-  for (std::int32_t taken = 0; taken + 2 <= long_count && meter.go_on;) {
-    const std::int32_t start = selections[taken];
-    const std::int32_t end = selections[taken + 1];
+  int32_t position = 0;
+  for (int32_t taken = 0; taken + 2 <= long_count && meter.go_on;) {
+    const int32_t start = selections[taken];
+    const int32_t end = selections[taken + 1];
     taken += 2;
     if (start > position) {
       out.append(text + position, text + start);

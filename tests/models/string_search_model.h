@@ -11,16 +11,16 @@ namespace quill::naive {
 // The thirteen leading parameters of a search.
 struct StringCall {
   const char* text = nullptr;
-  std::int32_t start = 0;
-  std::int32_t end = 0;
-  const std::int32_t* pattern = nullptr;
-  std::int32_t pattern_count = 0;
+  int32_t start = 0;
+  int32_t end = 0;
+  const int32_t* pattern = nullptr;
+  int32_t pattern_count = 0;
   const unsigned char* flags = nullptr;
-  const std::int32_t* mask_keys = nullptr;
-  const std::int32_t* mask_values = nullptr;
-  std::int32_t mask_count = 0;
-  const std::int32_t* breaks = nullptr;
-  std::int32_t break_count = 0;
+  const int32_t* mask_keys = nullptr;
+  const int32_t* mask_values = nullptr;
+  int32_t mask_count = 0;
+  const int32_t* breaks = nullptr;
+  int32_t break_count = 0;
   unsigned char edge = 0;
   unsigned char invert = 0;
 
@@ -33,36 +33,28 @@ struct StringCall {
   }
 };
 
-std::int32_t find(const StringCall& c, std::int32_t* found_start,
-                  std::int32_t* found_end, std::int32_t reference,
-                  QuillYield yield);
-std::int32_t find_previous(const StringCall& c, std::int32_t* found_start,
-                           std::int32_t* found_end, std::int32_t reference,
-                           QuillYield yield);
-std::int32_t find_nth(const StringCall& c, std::int32_t* occurrence,
-                      std::int32_t* found_start, std::int32_t* found_end,
-                      std::int32_t reference, QuillYield yield);
-std::int32_t count_all(const StringCall& c, std::int32_t* match_count,
-                       std::int32_t* stop, std::int32_t reference,
-                       QuillYield yield);
-std::int32_t find_all(const StringCall& c, QuillBlock* list,
-                      std::int32_t* long_count, std::int32_t* stop,
-                      std::int32_t reference, QuillYield yield);
+int32_t find(const StringCall& c, int32_t* found_start, int32_t* found_end,
+             int32_t reference, QuillYield yield);
+int32_t find_previous(const StringCall& c, int32_t* found_start,
+                      int32_t* found_end, int32_t reference, QuillYield yield);
+int32_t find_nth(const StringCall& c, int32_t* occurrence, int32_t* found_start,
+                 int32_t* found_end, int32_t reference, QuillYield yield);
+int32_t count_all(const StringCall& c, int32_t* match_count, int32_t* stop,
+                  int32_t reference, QuillYield yield);
+int32_t find_all(const StringCall& c, QuillBlock* list, int32_t* long_count,
+                 int32_t* stop, int32_t reference, QuillYield yield);
 
 // Such a function with the thirteen spread out, as an export has them.
 template <auto function>
 struct Spread;
-template <class... Rest, std::int32_t (*function)(const StringCall&, Rest...)>
+template <class... Rest, int32_t (*function)(const StringCall&, Rest...)>
 struct Spread<function> {
-  static std::int32_t call(const char* text, std::int32_t start,
-                           std::int32_t end, const std::int32_t* pattern,
-                           std::int32_t pattern_count,
-                           const unsigned char* flags,
-                           const std::int32_t* mask_keys,
-                           const std::int32_t* mask_values,
-                           std::int32_t mask_count, const std::int32_t* breaks,
-                           std::int32_t break_count, unsigned char edge,
-                           unsigned char invert, Rest... rest) {
+  static int32_t call(const char* text, int32_t start, int32_t end,
+                      const int32_t* pattern, int32_t pattern_count,
+                      const unsigned char* flags, const int32_t* mask_keys,
+                      const int32_t* mask_values, int32_t mask_count,
+                      const int32_t* breaks, int32_t break_count,
+                      unsigned char edge, unsigned char invert, Rest... rest) {
     return function(
         {text, start, end, pattern, pattern_count, flags, mask_keys,
          mask_values, mask_count, breaks, break_count, edge, invert},

@@ -23,9 +23,7 @@ std::string show(const Outcome& o) {
 }
 
 Outcome observe(const Run& run, Side side, const HostPlan& plan) {
-  const YieldMaxScope scope(plan.yield_max);
-  YieldRecorder host(plan.stop_at, plan.answer);
-  host.change_maximum(plan.change_at, plan.change_to);
+  const YieldRecorder host(plan);
   Outcome outcome = run(side, host.callback());
   outcome.asked = host.calls();
   outcome.outs_when_asked = host.seen_outs();

@@ -10,8 +10,8 @@
 #include <functional>
 
 #include "tests/support/blocks.h"
-#include "tests/support/host_plan.h"
 #include "tests/support/show.h"
+#include "tests/support/yield_recorder.h"
 
 namespace quill::test {
 
@@ -61,6 +61,15 @@ std::string first_difference_at_any_stop(const Run& run, HostPlan plan);
 template <class Call>
 Run run_of(const Call& call) {
   return [&call](Side side, QuillYield yield) { return call.run(side, yield); };
+}
+
+// Answers stated by hand are asked of both sides.
+inline constexpr Side kBothSides[] = {Side::kLibrary, Side::kNaive};
+
+template <class Call>
+Outcome outcome_of(const Call& call, Side side = Side::kLibrary,
+                   const HostPlan& plan = {}) {
+  return observe(run_of(call), side, plan);
 }
 
 template <class Call>

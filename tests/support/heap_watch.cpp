@@ -34,6 +34,19 @@ bool HeapWatch::refuses() {
 
 using quill::test::HeapWatch;
 
+namespace {
+
+template <class Allocate>
+void* allocate_watched(bool is_new, Allocate allocate) {
+  if (HeapWatch* const watch = HeapWatch::active(); watch != nullptr) {
+    if (watch->refuses()) return nullptr;
+    if (is_new) watch->note_allocated();
+  }
+  return allocate();
+}
+
+}  // namespace
+
 extern "C" {
 
 void* __real_malloc(std::size_t size);
@@ -42,31 +55,20 @@ void* __real_realloc(void* memory, std::size_t size);
 void __real_free(void* memory);
 
 void* __wrap_malloc(std::size_t size) {
-  HeapWatch* watch = HeapWatch::active();
-  if (watch == nullptr) return __real_malloc(size);
-  if (watch->refuses()) return nullptr;
-  watch->note_allocated();
-  return __real_malloc(size);
+  return allocate_watched(true, [=] { return __real_malloc(size); });
 }
 
 void* __wrap_calloc(std::size_t count, std::size_t size) {
-  HeapWatch* watch = HeapWatch::active();
-  if (watch == nullptr) return __real_calloc(count, size);
-  if (watch->refuses()) return nullptr;
-  watch->note_allocated();
-  return __real_calloc(count, size);
+  return allocate_watched(true, [=] { return __real_calloc(count, size); });
 }
 
 void* __wrap_realloc(void* memory, std::size_t size) {
-  HeapWatch* watch = HeapWatch::active();
-  if (watch == nullptr) return __real_realloc(memory, size);
-  if (watch->refuses()) return nullptr;
-  if (memory == nullptr) watch->note_allocated();
-  return __real_realloc(memory, size);
+  return allocate_watched(memory == nullptr,
+                          [=] { return __real_realloc(memory, size); });
 }
 
 void __wrap_free(void* memory) {
-  HeapWatch* watch = HeapWatch::active();
+  HeapWatch* const watch = HeapWatch::active();
   if (watch != nullptr && memory != nullptr) watch->note_released();
   __real_free(memory);
 }

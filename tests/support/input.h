@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "tests/support/blocks.h"
-#include "tests/support/host_plan.h"
+#include "tests/support/yield_recorder.h"
 
 namespace quill::test {
 

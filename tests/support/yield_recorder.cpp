@@ -13,11 +13,13 @@ unsigned char YieldRecorder::on_yield(std::int32_t reference,
 
 unsigned char YieldRecorder::answer(std::int32_t reference,
                                     std::int32_t progress) {
-  const bool stops = std::cmp_equal(calls_.size(), stop_at_);
-  if (std::cmp_equal(calls_.size(), change_at_)) YieldMax = maximum_;
+  const bool stops = std::cmp_equal(calls_.size(), plan_.stop_at);
+  if (std::cmp_equal(calls_.size(), plan_.change_at)) {
+    YieldMax = plan_.change_to;
+  }
   calls_.emplace_back(reference, progress);
   seen_outs_.insert(seen_outs_.end(), watched_.begin(), watched_.end());
-  return stops ? answer_ : 1;
+  return stops ? plan_.answer : 1;
 }
 
 // A host in another language hands in a function that returns a byte.

@@ -30,26 +30,28 @@ inline constexpr std::int32_t kYieldMaxima[] = {1, 2, 7, 10000, 0, -1};
 
 inline constexpr int kNever = std::numeric_limits<int>::max();
 
+// What a host does while a call runs. Its questions are numbered from 0; all
+// but one are answered with 1.
+struct HostPlan {
+  std::int32_t yield_max = 10000;
+  int stop_at = kNever;  // the question that is answered with `answer`
+  unsigned char answer = 0;
+  int change_at = kNever;  // the question at which YieldMax becomes `change_to`
+  std::int32_t change_to = 0;
+};
+
 // Only one recorder is active at a time: the callback is a plain function.
 class YieldRecorder {
  public:
   using Call = std::pair<std::int32_t, std::int32_t>;  // reference, progress
 
-  // Answers 1, but `answer` to the call numbered `stop_at` (from 0). Calls
-  // after that one are answered with 1 again.
-  explicit YieldRecorder(int stop_at = kNever, unsigned char answer = 0)
+  explicit YieldRecorder(const HostPlan& plan = {})
       : before_(std::exchange(active_, this)),
-        stop_at_(stop_at),
-        answer_(answer) {}
+        yield_max_(plan.yield_max),
+        plan_(plan) {}
   ~YieldRecorder() { active_ = before_; }
   YieldRecorder(const YieldRecorder&) = delete;
   YieldRecorder& operator=(const YieldRecorder&) = delete;
-
-  // Has the host set YieldMax to `maximum` during the call numbered `at`.
-  void change_maximum(int at, std::int32_t maximum) {
-    change_at_ = at;
-    maximum_ = maximum;
-  }
 
   // Has the recorder note at each call what these out-parameters hold then.
   // They stay where they are until the operation has returned.
@@ -59,7 +61,6 @@ class YieldRecorder {
 
   QuillYield callback() const;
   const std::vector<Call>& calls() const { return calls_; }
-
   const std::vector<std::int32_t>& seen_outs() const { return seen_outs_; }
 
  private:
@@ -68,13 +69,11 @@ class YieldRecorder {
 
   static YieldRecorder* active_;
   YieldRecorder* before_;
+  YieldMaxScope yield_max_;
+  HostPlan plan_;
   std::vector<Call> calls_;
   std::span<const std::int32_t> watched_;
   std::vector<std::int32_t> seen_outs_;
-  int stop_at_;
-  int change_at_ = kNever;
-  std::int32_t maximum_ = 0;
-  unsigned char answer_;
 };
 
 }  // namespace quill::test
