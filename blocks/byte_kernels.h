@@ -29,6 +29,7 @@ extern const ByteKernels kPortableKernels;
 #if defined(__x86_64__)
 extern const ByteKernels kSse2Kernels;
 extern const ByteKernels kAvx2Kernels;
+extern const ByteKernels kAvx512Kernels;
 #endif
 
 // Every set that this machine can run, the portable one first and the one that

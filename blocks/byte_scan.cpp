@@ -15,12 +15,16 @@ namespace {
 #if defined(__x86_64__)
 
 constexpr const ByteKernels* kKnown[] = {&kPortableKernels, &kSse2Kernels,
-                                         &kAvx2Kernels};
+                                         &kAvx2Kernels, &kAvx512Kernels};
 
+// The builtin also asks whether the system saves the wide registers.
 std::span<const ByteKernels* const> find_available() {
   const bool has_avx2 =
       __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2");
-  return {kKnown, has_avx2 ? 3u : 2u};
+  if (!has_avx2) return {kKnown, 2};
+  const bool has_avx512 =
+      __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl");
+  return {kKnown, has_avx512 ? 4u : 3u};
 }
 
 #else

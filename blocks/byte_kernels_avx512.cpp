@@ -1,0 +1,480 @@
+// The kernels for x86-64 with AVX-512: 64 bytes at a time.
+//
+// A comparison of vectors gives a word with a bit a byte, which is what blocks
+// of positions are handed over as, and a load can leave bytes out: the ends of
+// a range need nothing but a mask. So these kernels share no code with those
+// for registers whose comparisons give vectors.
+#include "blocks/byte_kernels.h"
+
+#if defined(__x86_64__)
+
+#include <immintrin.h>
+
+// From here on functions may use the instructions; those above are the same in
+// every file. To the end of the file, so that templates are covered, too.
+#if defined(__clang__)
+#pragma clang attribute push(                                             \
+    __attribute__((                                                       \
+        target("avx512f,avx512bw,avx512vl,avx2,bmi,bmi2,lzcnt,popcnt"))), \
+    apply_to = function)
+#else
+#pragma GCC target("avx512f,avx512bw,avx512vl,avx2,bmi,bmi2,lzcnt,popcnt")
+#endif
+
+namespace quill {
+namespace {
+
+using Vector = __m512i;
+using Word = std::uint64_t;
+
+constexpr Offset kBlock = 64;  // bytes in a vector, positions in a word
+
+// How far ahead long scans ask for memory, also beyond their range: that
+// bridges the gap between the stretches that a long text is scanned in.
+constexpr Offset kAhead = 1024;
+
+Offset lowest_bit(Word word) { return static_cast<Offset>(_tzcnt_u64(word)); }
+Offset highest_bit(Word word) {
+  return 63 - static_cast<Offset>(_lzcnt_u64(word));
+}
+Offset count_bits(Word word) {
+  return static_cast<Offset>(_mm_popcnt_u64(word));
+}
+Offset nth_bit(Word word, Offset index) {
+  return lowest_bit(_pdep_u64(Word{1} << index, word));
+}
+
+// The lowest `count` bits, 0 to 64 of them.
+Word low_bits(Offset count) {
+  return _bzhi_u64(~Word{0}, static_cast<unsigned>(count));
+}
+
+Vector fill(Byte byte) { return _mm512_set1_epi8(static_cast<char>(byte)); }
+
+// Loaders: where a test gets its bytes from. What is left out reads as 0.
+struct LoadAll {
+  Vector operator()(const Byte* at) const { return _mm512_loadu_si512(at); }
+};
+
+struct LoadPart {
+  Word wanted;
+  Vector operator()(const Byte* at) const {
+    return _mm512_maskz_loadu_epi8(wanted, at);
+  }
+};
+
+// Tests: for which positions of a block do they hold? Each is asked about
+// those for which the one before it held.
+struct Equals {
+  explicit Equals(Byte wanted) : value(fill(wanted)) {}
+
+  template <class Load>
+  Word bits(const Byte* position, Load load) const {
+    return _mm512_cmpeq_epi8_mask(load(position), value);
+  }
+
+  Vector value;
+};
+
+struct EqualPair {
+  template <class Load>
+  Word bits(const Byte* position, Load load) const {
+    return _mm512_mask_cmpeq_epi8_mask(near.bits(position, load),
+                                       load(position + distance), far.value);
+  }
+
+  Equals near;
+  Equals far;
+  Offset distance;
+};
+
+struct Plain {
+  explicit Plain(const Anchor& anchor)
+      : ignored(fill(anchor.ignored)),
+        value(fill(anchor.value)),
+        offset(anchor.offset) {}
+
+  template <class Load>
+  Word bits(Word among, const Byte* position, Load load) const {
+    return _mm512_mask_cmpeq_epi8_mask(
+        among, _mm512_or_si512(load(position + offset), ignored), value);
+  }
+
+  Vector ignored;
+  Vector value;
+  Offset offset;
+};
+
+// Any set: its entry for the low nibble has the bit of the high nibble. The
+// lookup gives 0 for indices from 0x80 on, so each half of the set answers for
+// its own half of the bytes.
+struct Member {
+  explicit Member(const ByteSet& set, Offset from_position = 0)
+      : lower(repeat(set.lower)),
+        upper(repeat(set.upper)),
+        offset(from_position) {}
+  explicit Member(const Anchor& anchor) : Member(anchor.set, anchor.offset) {}
+
+  template <class Load>
+  Word bits(Word among, const Byte* position, Load load) const {
+    const Vector bytes = load(position + offset);
+    const Vector entry = _mm512_or_si512(
+        _mm512_shuffle_epi8(lower, bytes),
+        _mm512_shuffle_epi8(upper, _mm512_xor_si512(bytes, fill(0x80))));
+    const Vector high =
+        _mm512_and_si512(_mm512_srli_epi16(bytes, 4), fill(0x07));
+    const Vector bit = _mm512_shuffle_epi8(
+        _mm512_set1_epi64(static_cast<long long>(0x8040201008040201)), high);
+    return _mm512_mask_test_epi8_mask(among, entry, bit);
+  }
+  template <class Load>
+  Word bits(const Byte* position, Load load) const {
+    return bits(~Word{0}, position, load);
+  }
+
+  // With a mask, since without one g++ 12 sees an uninitialized register.
+  static Vector repeat(const Byte* sixteen) {
+    return _mm512_maskz_broadcast_i32x4(
+        0xFFFF, _mm_load_si128(reinterpret_cast<const __m128i*>(sixteen)));
+  }
+
+  Vector lower;
+  Vector upper;
+  Offset offset;
+};
+
+// Up to three anchors, tested one after the other.
+template <class One, int kCount>
+struct All {
+  explicit All(std::span<const Anchor> anchors)
+      : first(anchors[0]),
+        second(anchors[kCount > 1 ? 1 : 0]),
+        third(anchors[kCount - 1]) {}
+
+  template <class Load>
+  Word bits(const Byte* position, Load load) const {
+    Word word = first.bits(~Word{0}, position, load);
+    if constexpr (kCount > 1) word = second.bits(word, position, load);
+    if constexpr (kCount > 2) word = third.bits(word, position, load);
+    return word;
+  }
+
+  One first;
+  One second;
+  One third;
+};
+
+struct NonAscii {
+  template <class Load>
+  Word bits(const Byte* position, Load load) const {
+    return _mm512_movepi8_mask(load(position));
+  }
+};
+
+// 0x80 to 0xBF are the lowest signed values.
+struct Lead {
+  template <class Load>
+  Word bits(const Byte* position, Load load) const {
+    return _mm512_cmpgt_epi8_mask(load(position), fill(0xBF));
+  }
+};
+
+// The word for 0 to 64 positions.
+template <class Test>
+Word part_bits(const Byte* position, Offset count, const Test& test) {
+  const Word wanted = low_bits(count);
+  return test.bits(position, LoadPart{wanted}) & wanted;
+}
+
+template <class Test>
+[[gnu::always_inline]] inline const Byte* find(const Byte* first,
+                                               const Byte* last,
+                                               const Test& test) {
+  if (last - first <= kBlock) {
+    const Word word = part_bits(first, last - first, test);
+    return word == 0 ? last : first + lowest_bit(word);
+  }
+  if (const Word word = test.bits(first, LoadAll{}); word != 0) {
+    return first + lowest_bit(word);
+  }
+  const Byte* position = first + kBlock;
+  if (last - position > 4 * kBlock) {
+    position -= reinterpret_cast<std::uintptr_t>(position) % kBlock;
+    for (; last - position >= 4 * kBlock; position += 4 * kBlock) {
+      for (int i = 0; i < 4; ++i) {
+        __builtin_prefetch(position + kAhead + i * kBlock);
+      }
+      const Word a = test.bits(position, LoadAll{});
+      const Word b = test.bits(position + kBlock, LoadAll{});
+      const Word c = test.bits(position + 2 * kBlock, LoadAll{});
+      const Word d = test.bits(position + 3 * kBlock, LoadAll{});
+      if ((a | b | c | d) == 0) [[likely]]
+        continue;
+      if (a != 0) return position + lowest_bit(a);
+      if (b != 0) return position + kBlock + lowest_bit(b);
+      if (c != 0) return position + 2 * kBlock + lowest_bit(c);
+      return position + 3 * kBlock + lowest_bit(d);
+    }
+  }
+  for (;; position += kBlock) {
+    if (last - position < kBlock) position = last - kBlock;
+    const Word word = test.bits(position, LoadAll{});
+    if (word != 0) return position + lowest_bit(word);
+    if (position + kBlock == last) return last;
+  }
+}
+
+template <class Test>
+const Byte* find_backward(const Byte* first, const Byte* last,
+                          const Test& test) {
+  const Byte* position = last;
+  for (; position - first >= 2 * kBlock; position -= 2 * kBlock) {
+    __builtin_prefetch(position - kAhead);
+    __builtin_prefetch(position - kAhead - kBlock);
+    const Word near = test.bits(position - kBlock, LoadAll{});
+    const Word far = test.bits(position - 2 * kBlock, LoadAll{});
+    if ((near | far) == 0) [[likely]]
+      continue;
+    return near != 0 ? position - kBlock + highest_bit(near)
+                     : position - 2 * kBlock + highest_bit(far);
+  }
+  for (;;) {
+    const Offset count = position - first < kBlock ? position - first : kBlock;
+    position -= count;
+    const Word word = part_bits(position, count, test);
+    if (word != 0) return position + highest_bit(word);
+    if (position == first) return last;
+  }
+}
+
+template <class Test>
+void mark(const Byte* first, const Byte* last, std::uint64_t* words,
+          const Test& test) {
+  for (; last - first >= kBlock; first += kBlock) {
+    *words++ = test.bits(first, LoadAll{});
+  }
+  if (first < last) *words = part_bits(first, last - first, test);
+}
+
+// Calls `use` with the test that the anchors amount to.
+template <class Use>
+[[gnu::always_inline]] inline auto with_anchors(std::span<const Anchor> anchors,
+                                                Use use) {
+  bool plain = true;
+  for (const Anchor& anchor : anchors) plain = plain && anchor.is_plain;
+  if (anchors.size() == 1) {
+    return plain ? use(All<Plain, 1>(anchors)) : use(All<Member, 1>(anchors));
+  }
+  if (anchors.size() == 2) {
+    return plain ? use(All<Plain, 2>(anchors)) : use(All<Member, 2>(anchors));
+  }
+  return plain ? use(All<Plain, 3>(anchors)) : use(All<Member, 3>(anchors));
+}
+
+const Byte* find_byte_avx512(const Byte* first, const Byte* last, Byte wanted) {
+  return find(first, last, Equals(wanted));
+}
+
+const Byte* find_byte_backward_avx512(const Byte* first, const Byte* last,
+                                      Byte wanted) {
+  return find_backward(first, last, Equals(wanted));
+}
+
+const Byte* find_pair_avx512(const Byte* first, const Byte* last, Byte near,
+                             Byte far, Offset distance) {
+  return find(first, last, EqualPair{Equals(near), Equals(far), distance});
+}
+
+const Byte* find_member_avx512(const Byte* first, const Byte* last,
+                               const ByteSet& set) {
+  return find(first, last, Member(set));
+}
+
+const Byte* find_member_backward_avx512(const Byte* first, const Byte* last,
+                                        const ByteSet& set) {
+  return find_backward(first, last, Member(set));
+}
+
+const Byte* find_non_ascii_avx512(const Byte* first, const Byte* last) {
+  return find(first, last, NonAscii());
+}
+
+const Byte* find_anchored_avx512(const Byte* first, const Byte* last,
+                                 std::span<const Anchor> anchors) {
+  return with_anchors(
+      anchors, [=](const auto& test) { return find(first, last, test); });
+}
+
+const Byte* find_anchored_backward_avx512(const Byte* first, const Byte* last,
+                                          std::span<const Anchor> anchors) {
+  return with_anchors(anchors, [=](const auto& test) {
+    return find_backward(first, last, test);
+  });
+}
+
+void mark_members_avx512(const Byte* first, const Byte* last,
+                         const ByteSet& set, std::uint64_t* words) {
+  mark(first, last, words, Member(set));
+}
+
+void mark_anchored_avx512(const Byte* first, const Byte* last,
+                          std::span<const Anchor> anchors,
+                          std::uint64_t* words) {
+  with_anchors(anchors,
+               [=](const auto& test) { mark(first, last, words, test); });
+}
+
+void mark_leads_avx512(const Byte* first, const Byte* last,
+                       std::uint64_t* words) {
+  mark(first, last, words, Lead());
+}
+
+Offset count_leads_avx512(const Byte* first, const Byte* last) {
+  Offset count = 0;
+  for (; last - first >= kBlock; first += kBlock) {
+    __builtin_prefetch(first + kAhead);
+    count += count_bits(Lead().bits(first, LoadAll{}));
+  }
+  return count + count_bits(part_bits(first, last - first, Lead()));
+}
+
+const Byte* nth_lead_avx512(const Byte* first, const Byte* last, Offset index) {
+  while (first < last) {
+    const Offset part = last - first < kBlock ? last - first : kBlock;
+    const Word leads = part_bits(first, part, Lead());
+    const Offset count = count_bits(leads);
+    if (index < count) return first + nth_bit(leads, index);
+    index -= count;
+    first += part;
+  }
+  return last;
+}
+
+// Where continuation bytes are expected, from the lead bytes of a block and
+// those that reach into it from the block before.
+class Expected {
+ public:
+  Word take(Vector bytes) {
+    const Word two = above(bytes, 0xC0);
+    const Word three = above(bytes, 0xE0);
+    const Word four = above(bytes, 0xF0);
+    const Word expected = two << 1 | three << 2 | four << 3 | carried_;
+    carried_ = two >> 63 | three >> 62 | four >> 61;
+    return expected;
+  }
+
+  bool carries() const { return carried_ != 0; }
+
+ private:
+  static Word above(Vector bytes, Byte least) {
+    return _mm512_cmpge_epu8_mask(bytes, fill(least));
+  }
+
+  Word carried_ = 0;
+};
+
+// How many of the bytes before `position`, from `first` on, belong to a
+// character that isn't whole there.
+Offset bytes_cut(const Byte* first, const Byte* position) {
+  for (Offset back = 1; back <= 3 && back <= position - first; ++back) {
+    const Byte byte = position[-back];
+    if (byte < 0x80) return 0;
+    if (byte < 0xC0) continue;
+    const Offset length = byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4;
+    return length > back ? back : 0;
+  }
+  return 0;
+}
+
+// Goes over groups of blocks while all is in order and fewer than `most`
+// characters are reached for sure.
+void walk_groups(Walk& walk, const Byte* last, Offset most,
+                 Expected& expected) {
+  constexpr Offset kGroup = 4 * kBlock;
+  while (last - walk.next >= kGroup && most - walk.characters >= kGroup) {
+    Vector blocks[4];
+    Vector all = _mm512_setzero_si512();
+    for (int i = 0; i < 4; ++i) {
+      __builtin_prefetch(walk.next + kAhead + i * kBlock);
+      blocks[i] = _mm512_loadu_si512(walk.next + i * kBlock);
+      all = _mm512_or_si512(all, blocks[i]);
+    }
+    if (_mm512_movepi8_mask(all) == 0 && !expected.carries()) {
+      walk.characters += kGroup;
+      walk.next += kGroup;
+      continue;
+    }
+    Expected after = expected;
+    Word in_order = ~Word{0};
+    Offset characters = 0;
+    for (const Vector block : blocks) {
+      const Word leads = _mm512_cmpgt_epi8_mask(block, fill(0xBF));
+      in_order &= after.take(block) ^ leads;
+      characters += count_bits(leads);
+    }
+    if (~in_order != 0) return;
+    expected = after;
+    walk.characters += characters;
+    walk.next += kGroup;
+  }
+}
+
+Walk walk_characters_avx512(const Byte* first, const Byte* last, Offset most) {
+  Walk walk{first, 0};
+  Expected expected;
+  for (;;) {
+    walk_groups(walk, last, most, expected);
+    const Offset left = last - walk.next;
+    const Offset count = left < kBlock ? left : kBlock;
+    const Word part = low_bits(count);
+    const Vector bytes = LoadPart{part}(walk.next);
+    const Word leads = _mm512_cmpgt_epi8_mask(bytes, fill(0xBF)) & part;
+    const Word wrong = ~(expected.take(bytes) ^ leads) & part;
+    Offset characters = count_bits(leads);
+    const Offset room = most - walk.characters;
+    if (wrong == 0 && count == kBlock && characters <= room) {
+      walk.next += kBlock;
+      walk.characters += characters;
+      continue;
+    }
+    Offset stop = wrong == 0 ? count : lowest_bit(wrong);
+    characters = count_bits(leads & low_bits(stop));
+    if (const Offset cut = bytes_cut(first, walk.next + stop); cut > 0) {
+      stop -= cut;
+      --characters;
+    }
+    if (characters > room) {
+      stop = nth_bit(leads, room);
+      characters = room;
+    }
+    return {walk.next + stop, walk.characters + characters};
+  }
+}
+
+}  // namespace
+
+const ByteKernels kAvx512Kernels = {
+    .name = "AVX-512",
+    .find_byte = find_byte_avx512,
+    .find_byte_backward = find_byte_backward_avx512,
+    .find_pair = find_pair_avx512,
+    .find_member = find_member_avx512,
+    .find_member_backward = find_member_backward_avx512,
+    .find_non_ascii = find_non_ascii_avx512,
+    .find_anchored = find_anchored_avx512,
+    .find_anchored_backward = find_anchored_backward_avx512,
+    .mark_members = mark_members_avx512,
+    .mark_anchored = mark_anchored_avx512,
+    .mark_leads = mark_leads_avx512,
+    .count_leads = count_leads_avx512,
+    .nth_lead = nth_lead_avx512,
+    .walk_characters = walk_characters_avx512,
+};
+
+}  // namespace quill
+
+#if defined(__clang__)
+#pragma clang attribute pop
+#endif
+
+#endif  // __x86_64__
