@@ -31,7 +31,7 @@ constexpr Offset kBlock = 64;  // bytes in a vector, positions in a word
 
 // How far ahead long scans ask for memory, also beyond their range: that
 // bridges the gap between the stretches that a long text is scanned in.
-constexpr Offset kAhead = 1024;
+constexpr Offset kAhead = 8192;
 
 Offset lowest_bit(Word word) { return static_cast<Offset>(_tzcnt_u64(word)); }
 Offset highest_bit(Word word) {
@@ -386,12 +386,13 @@ Offset bytes_cut(const Byte* first, const Byte* position) {
   return 0;
 }
 
-// Goes over groups of blocks while all is in order and fewer than `most`
-// characters are reached for sure.
+// Goes over groups of blocks while all is in order and no more than `most`
+// characters are reached.
 void walk_groups(Walk& walk, const Byte* last, Offset most,
                  Expected& expected) {
   constexpr Offset kGroup = 4 * kBlock;
-  while (last - walk.next >= kGroup && most - walk.characters >= kGroup) {
+  while (last - walk.next >= kGroup) {
+    const Offset room = most - walk.characters;
     Vector blocks[4];
     Vector all = _mm512_setzero_si512();
     for (int i = 0; i < 4; ++i) {
@@ -400,6 +401,7 @@ void walk_groups(Walk& walk, const Byte* last, Offset most,
       all = _mm512_or_si512(all, blocks[i]);
     }
     if (_mm512_movepi8_mask(all) == 0 && !expected.carries()) {
+      if (kGroup > room) return;
       walk.characters += kGroup;
       walk.next += kGroup;
       continue;
@@ -412,7 +414,7 @@ void walk_groups(Walk& walk, const Byte* last, Offset most,
       in_order &= after.take(block) ^ leads;
       characters += count_bits(leads);
     }
-    if (~in_order != 0) return;
+    if (~in_order != 0 || characters > room) return;
     expected = after;
     walk.characters += characters;
     walk.next += kGroup;
