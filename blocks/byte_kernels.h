@@ -19,6 +19,7 @@ struct ByteKernels {
   decltype(&quill::find_anchored_backward) find_anchored_backward;
   decltype(&quill::mark_members) mark_members;
   decltype(&quill::mark_anchored) mark_anchored;
+  decltype(&quill::list_marks) list_marks;
   decltype(&quill::mark_leads) mark_leads;
   decltype(&quill::count_leads) count_leads;
   decltype(&quill::nth_lead) nth_lead;

@@ -1,5 +1,6 @@
 // The kernels in plain code: they define what every other set must answer.
 #include <algorithm>
+#include <bit>
 
 #include "blocks/byte_kernels.h"
 
@@ -105,6 +106,18 @@ void mark_anchored_portable(const Byte* first, const Byte* last,
   mark_if(first, last, words, fits(anchors));
 }
 
+Offset list_marks_portable(const std::uint64_t* words, Offset word_count,
+                           std::uint16_t* numbers) {
+  Offset count = 0;
+  for (Offset i = 0; i < word_count; ++i) {
+    for (std::uint64_t word = words[i]; word != 0; word &= word - 1) {
+      numbers[count++] =
+          static_cast<std::uint16_t>(i * 64 + std::countr_zero(word));
+    }
+  }
+  return count;
+}
+
 void mark_leads_portable(const Byte* first, const Byte* last,
                          std::uint64_t* words) {
   mark_if(first, last, words, [](const Byte* p) { return is_lead(*p); });
@@ -157,6 +170,7 @@ const ByteKernels kPortableKernels = {
     .find_anchored_backward = find_anchored_backward_portable,
     .mark_members = mark_members_portable,
     .mark_anchored = mark_anchored_portable,
+    .list_marks = list_marks_portable,
     .mark_leads = mark_leads_portable,
     .count_leads = count_leads_portable,
     .nth_lead = nth_lead_portable,

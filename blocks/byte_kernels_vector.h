@@ -410,6 +410,17 @@ void vector_mark_anchored(const Byte* first, const Byte* last,
                [=](const auto& test) { mark(first, last, words, test); });
 }
 
+Offset vector_list_marks(const std::uint64_t* words, Offset word_count,
+                         std::uint16_t* numbers) {
+  std::uint16_t* to = numbers;
+  for (Offset i = 0; i < word_count; ++i) {
+    for (std::uint64_t word = words[i]; word != 0; word &= word - 1) {
+      *to++ = static_cast<std::uint16_t>(i * kBlock + lowest_bit(word));
+    }
+  }
+  return to - numbers;
+}
+
 void vector_mark_leads(const Byte* first, const Byte* last,
                        std::uint64_t* words) {
   mark(first, last, words, Lead());
@@ -574,6 +585,7 @@ constexpr ByteKernels vector_kernels(const char* name) {
       .find_anchored_backward = vector_find_anchored_backward,
       .mark_members = vector_mark_members,
       .mark_anchored = vector_mark_anchored,
+      .list_marks = vector_list_marks,
       .mark_leads = vector_mark_leads,
       .count_leads = vector_count_leads,
       .nth_lead = vector_nth_lead,

@@ -22,8 +22,9 @@ std::span<const ByteKernels* const> find_available() {
   const bool has_avx2 =
       __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2");
   if (!has_avx2) return {kKnown, 2};
-  const bool has_avx512 =
-      __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl");
+  const bool has_avx512 = __builtin_cpu_supports("avx512bw") &&
+                          __builtin_cpu_supports("avx512vl") &&
+                          __builtin_cpu_supports("avx512vbmi2");
   return {kKnown, has_avx512 ? 4u : 3u};
 }
 
@@ -124,6 +125,11 @@ void mark_members(const Byte* first, const Byte* last, const ByteSet& set,
 void mark_anchored(const Byte* first, const Byte* last,
                    std::span<const Anchor> anchors, std::uint64_t* words) {
   kernels().mark_anchored(first, last, anchors, words);
+}
+
+Offset list_marks(const std::uint64_t* words, Offset word_count,
+                  std::uint16_t* numbers) {
+  return kernels().list_marks(words, word_count, numbers);
 }
 
 void mark_leads(const Byte* first, const Byte* last, std::uint64_t* words) {

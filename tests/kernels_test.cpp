@@ -106,6 +106,15 @@ void compare(const ByteKernels& k, Random& random, const Byte* first,
   };
   EXPECT_EQ(marks(k, anchored), marks(p, anchored));
 
+  const std::vector<std::uint64_t> words = marks(p, members);
+  const auto listed = [&](const ByteKernels& kernels) {
+    std::vector<std::uint16_t> numbers(words.size() * 64 + kListSlack);
+    numbers.resize(static_cast<std::size_t>(
+        kernels.list_marks(words.data(), std::ssize(words), numbers.data())));
+    return numbers;
+  };
+  EXPECT_EQ(listed(k), listed(p));
+
   for (const Offset most :
        {Offset{0}, Offset{random.between(0, static_cast<int>(size))}, size}) {
     const Walk seen = k.walk_characters(first, last, most);
