@@ -380,27 +380,34 @@ const Byte* nth_lead_avx512(const Byte* first, const Byte* last, Offset index) {
   return last;
 }
 
-// Where continuation bytes are expected, from the lead bytes of a block and
-// those that reach into it from the block before.
+// Where continuation bytes are expected, from the bytes of a block and of the
+// one before.
 class Expected {
  public:
+  Expected() : before_(_mm512_setzero_si512()) {}
+
+  // Taken off without a borrow, these leave the highest bit to the bytes from
+  // 0xC0, 0xE0 and 0xF0 on: those that expect a continuation byte 1, 2 and 3
+  // bytes behind.
   Word take(Vector bytes) {
-    const Word two = above(bytes, 0xC0);
-    const Word three = above(bytes, 0xE0);
-    const Word four = above(bytes, 0xF0);
-    const Word expected = two << 1 | three << 2 | four << 3 | carried_;
-    carried_ = two >> 63 | three >> 62 | four >> 61;
-    return expected;
+    // Every 16 bytes beside the 16 before, for shifts within those.
+    const Vector sixteen_back =
+        _mm512_maskz_alignr_epi32(0xFFFF, bytes, before_, 12);
+    const Vector two = _mm512_subs_epu8(
+        _mm512_alignr_epi8(bytes, sixteen_back, 15), fill(0x40));
+    const Vector three = _mm512_subs_epu8(
+        _mm512_alignr_epi8(bytes, sixteen_back, 14), fill(0x60));
+    const Vector four = _mm512_subs_epu8(
+        _mm512_alignr_epi8(bytes, sixteen_back, 13), fill(0x70));
+    before_ = bytes;
+    return _mm512_movepi8_mask(
+        _mm512_or_si512(_mm512_or_si512(two, three), four));
   }
 
-  bool carries() const { return carried_ != 0; }
+  Vector before() const { return before_; }
 
  private:
-  static Word above(Vector bytes, Byte least) {
-    return _mm512_cmpge_epu8_mask(bytes, fill(least));
-  }
-
-  Word carried_ = 0;
+  Vector before_;
 };
 
 // How many of the bytes before `position`, from `first` on, belong to a
@@ -424,13 +431,13 @@ void walk_groups(Walk& walk, const Byte* last, Offset most,
   while (last - walk.next >= kGroup) {
     const Offset room = most - walk.characters;
     Vector blocks[4];
-    Vector all = _mm512_setzero_si512();
+    Vector all = expected.before();
     for (int i = 0; i < 4; ++i) {
       __builtin_prefetch(walk.next + kAhead + i * kBlock);
       blocks[i] = _mm512_loadu_si512(walk.next + i * kBlock);
       all = _mm512_or_si512(all, blocks[i]);
     }
-    if (_mm512_movepi8_mask(all) == 0 && !expected.carries()) {
+    if (_mm512_movepi8_mask(all) == 0) {
       if (kGroup > room) return;
       walk.characters += kGroup;
       walk.next += kGroup;

@@ -22,21 +22,24 @@ class HitList {
   }
   const Byte* last() const { return last_; }
   void clear() { last_ = first_; }
+  Offset count() const { return count_; }
 
   // Takes the positions in [first, last), of which there are at most kRoom.
-  // `more` anchors, perhaps none, must hold as well.
   void list(const Byte* first, const Byte* last,
-            std::span<const Anchor> anchors,
-            std::span<const Anchor> more = {}) {
+            std::span<const Anchor> anchors) {
     first_ = first;
     last_ = last;
     next_ = 0;
-    std::array<std::uint64_t, kRoom / 64> words;
     const Offset word_count = (last - first + 63) / 64;
-    mark_anchored(first, last, anchors, words.data());
-    if (!more.empty()) {
-      std::array<std::uint64_t, kRoom / 64> others;
-      mark_anchored(first, last, more, others.data());
+    Words words;
+    const auto at_once = [](std::span<const Anchor> some) {
+      return some.first(std::min<std::size_t>(some.size(), kMostAnchors));
+    };
+    mark_anchored(first, last, at_once(anchors), words.data());
+    while (anchors.size() > kMostAnchors) {
+      anchors = anchors.subspan(kMostAnchors);
+      Words others;
+      mark_anchored(first, last, at_once(anchors), others.data());
       for (Offset i = 0; i < word_count; ++i) {
         const auto at = static_cast<std::size_t>(i);
         words[at] &= others[at];
@@ -53,6 +56,8 @@ class HitList {
   }
 
  private:
+  using Words = std::array<std::uint64_t, kRoom / 64>;
+
   const Byte* hit(Offset index) const {
     return first_ + offsets_[static_cast<std::size_t>(index)];
   }

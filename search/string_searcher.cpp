@@ -68,9 +68,24 @@ bool StringSearcher::is_word(const Match& match) {
 // Prepares the filter once patience has run out.
 bool StringSearcher::filters_now() {
   if (filter_ || patience_ > 0) return filter_.has_value();
+  prepare_filter();
+  return true;
+}
+
+void StringSearcher::prepare_filter() {
   filter_.emplace().prepare(query_.text, query_.start, query_.end,
                             query_.pattern, query_.mask);
-  return true;
+  const WordTest& word = query_.word;
+  if (!word.set.is_given()) {
+    if (word.accepts({1, 1})) filter_->decide(nullptr);
+    return;
+  }
+  ByteSet sides;
+  for (std::int32_t byte = 0; byte < 128; ++byte) {
+    const unsigned char is_break = breaks_.contains(mask_.map(byte)) ? 1 : 0;
+    if (word.accepts({is_break, is_break})) sides.add(static_cast<Byte>(byte));
+  }
+  filter_->decide(&sides);
 }
 
 Offset StringSearcher::next_candidate(Offset from, Offset limit) {
@@ -89,8 +104,18 @@ Offset StringSearcher::next_candidate(Offset from, Offset limit) {
 }
 
 bool StringSearcher::next_match(Offset from, Offset limit, Match& match) {
-  while ((from = next_candidate(from, limit)) < limit) {
-    if (!is_continuation(query_.text[from]) && matches_at(from, match)) {
+  while (from < limit) {
+    if (filter_.has_value() && filter_->has_decided(from)) {
+      from = filter_->next_decided(from, limit);
+      if (from < limit && filter_->has_decided(from)) {
+        match = {from, from + query_.pattern.count};
+        return true;
+      }
+      continue;
+    }
+    from = next_candidate(from, limit);
+    if (from < limit && !is_continuation(query_.text[from]) &&
+        matches_at(from, match)) {
       return true;
     }
     ++from;

@@ -68,6 +68,7 @@ class StringSearcher {
   void note_first_leads();
   Offset next_first_lead(Offset from, Offset limit);
   bool filters_now();
+  void prepare_filter();
 
   const StringQuery query_;
   MaskTable mask_;
