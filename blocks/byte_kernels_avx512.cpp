@@ -296,6 +296,21 @@ const Byte* find_member_backward_avx512(const Byte* first, const Byte* last,
   return find_backward(first, last, Member(set));
 }
 
+const std::int32_t* find_value_avx512(const std::int32_t* first,
+                                      const std::int32_t* last,
+                                      std::int32_t wanted) {
+  constexpr Offset kLongs = kBlock / 4;
+  const Vector value = _mm512_set1_epi32(wanted);
+  for (; first < last; first += kLongs) {
+    const Offset left = last - first;
+    const auto part = static_cast<__mmask16>(low_bits(left < 16 ? left : 16));
+    const Word word = _mm512_mask_cmpeq_epi32_mask(
+        part, _mm512_maskz_loadu_epi32(part, first), value);
+    if (word != 0) return first + lowest_bit(word);
+  }
+  return last;
+}
+
 const Byte* find_non_ascii_avx512(const Byte* first, const Byte* last) {
   return find(first, last, NonAscii());
 }
@@ -499,6 +514,7 @@ const ByteKernels kAvx512Kernels = {
     .find_pair = find_pair_avx512,
     .find_member = find_member_avx512,
     .find_member_backward = find_member_backward_avx512,
+    .find_value = find_value_avx512,
     .find_non_ascii = find_non_ascii_avx512,
     .find_anchored = find_anchored_avx512,
     .find_anchored_backward = find_anchored_backward_avx512,

@@ -81,6 +81,12 @@ const Byte* find_member_backward_portable(const Byte* first, const Byte* last,
   return find_if_backward(first, last, belongs_to(set));
 }
 
+const std::int32_t* find_value_portable(const std::int32_t* first,
+                                        const std::int32_t* last,
+                                        std::int32_t wanted) {
+  return std::find(first, last, wanted);
+}
+
 const Byte* find_non_ascii_portable(const Byte* first, const Byte* last) {
   return find_if(first, last, [](const Byte* p) { return *p >= 0x80; });
 }
@@ -165,6 +171,7 @@ const ByteKernels kPortableKernels = {
     .find_pair = find_pair_portable,
     .find_member = find_member_portable,
     .find_member_backward = find_member_backward_portable,
+    .find_value = find_value_portable,
     .find_non_ascii = find_non_ascii_portable,
     .find_anchored = find_anchored_portable,
     .find_anchored_backward = find_anchored_backward_portable,

@@ -368,6 +368,20 @@ const Byte* vector_find_member_backward(const Byte* first, const Byte* last,
   }
 }
 
+const std::int32_t* vector_find_value(const std::int32_t* first,
+                                      const std::int32_t* last,
+                                      std::int32_t wanted) {
+  constexpr Offset kLongs = kWide / 4;
+  const Wide value = Isa::fill_longs(wanted);
+  for (; last - first >= kLongs; first += kLongs) {
+    const Wide longs = Isa::load(reinterpret_cast<const Byte*>(first));
+    const std::uint64_t word = Isa::bits(Isa::equal_longs(longs, value));
+    if (word != 0) return first + lowest_bit(word) / 4;
+  }
+  while (first < last && *first != wanted) ++first;
+  return first;
+}
+
 const Byte* vector_find_non_ascii(const Byte* first, const Byte* last) {
   return find(first, last, Above<1>());
 }
@@ -580,6 +594,7 @@ constexpr ByteKernels vector_kernels(const char* name) {
       .find_pair = vector_find_pair,
       .find_member = vector_find_member,
       .find_member_backward = vector_find_member_backward,
+      .find_value = vector_find_value,
       .find_non_ascii = vector_find_non_ascii,
       .find_anchored = vector_find_anchored,
       .find_anchored_backward = vector_find_anchored_backward,

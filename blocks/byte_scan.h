@@ -35,6 +35,10 @@ const Byte* find_member_backward(const Byte* first, const Byte* last,
 // The first byte of 0x80 or above.
 const Byte* find_non_ascii(const Byte* first, const Byte* last);
 
+// The first long that equals `wanted`.
+const std::int32_t* find_value(const std::int32_t* first,
+                               const std::int32_t* last, std::int32_t wanted);
+
 // What must stand `offset` bytes after (below 0: before) a position.
 struct Anchor {
   Anchor() = default;

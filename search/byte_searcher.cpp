@@ -9,9 +9,8 @@
 namespace quill {
 namespace {
 
-// Ranges shorter than this are searched without any preparation: byte by byte,
-// or by the needle's first and last byte.
-constexpr Offset kPlainRange = 16;
+// Ranges shorter than this are searched without any preparation, by the
+// needle's first and last byte.
 constexpr Offset kShortRange = 512;
 
 // The shortest stretch of linear search.
@@ -138,21 +137,10 @@ const Byte* ByteSearcher::find_whole(const Byte* first, const Byte* last,
   if (first < linear_until_) return find_linearly(first, last);
   if (work_start_ == nullptr) work_start_ = first;
   if (!filter_.has_value()) {
-    if (last - first < kPlainRange) return find_plainly(first, last);
     if (last - first < kShortRange) return find_by_ends(first, last);
     filter_.emplace(needle_, length_, first, end);
   }
   return find_filtered(first, last);
-}
-
-const Byte* ByteSearcher::find_plainly(const Byte* first, const Byte* last) {
-  const Byte lead = needle_[0];
-  for (const Byte* position = first; position < last; ++position) {
-    if (*position != lead) continue;
-    if (occurs_at(position)) return position;
-    if (has_outworked(position + 1)) return find_linearly(position + 1, last);
-  }
-  return last;
 }
 
 const Byte* ByteSearcher::find_by_ends(const Byte* first, const Byte* last) {
@@ -195,7 +183,7 @@ const Byte* ByteSearcher::find_linearly(const Byte* first, const Byte* last) {
   const Byte* const found = linear_->find(first, std::min(last, linear_until_));
   if (found < linear_until_ || found == last) return found;
   return filter_.has_value() ? find_filtered(linear_until_, last)
-                             : find_plainly(linear_until_, last);
+                             : find_by_ends(linear_until_, last);
 }
 
 }  // namespace quill

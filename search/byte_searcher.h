@@ -40,7 +40,6 @@ class ByteSearcher {
 
  private:
   const Byte* find_whole(const Byte* first, const Byte* last, const Byte* end);
-  const Byte* find_plainly(const Byte* first, const Byte* last);
   const Byte* find_by_ends(const Byte* first, const Byte* last);
   const Byte* find_filtered(const Byte* first, const Byte* last);
   const Byte* find_linearly(const Byte* first, const Byte* last);

@@ -41,6 +41,7 @@ struct Match {
 
 class StringSearcher {
  public:
+  // The query outlives the searcher.
   explicit StringSearcher(const StringQuery& query);
 
   // Whether a match begins exactly at `position`.
@@ -70,8 +71,10 @@ class StringSearcher {
   bool filters_now();
   void prepare_filter();
 
-  const StringQuery query_;
-  MaskTable mask_;
+  MaskTable& mask_table();
+
+  const StringQuery& query_;
+  std::optional<MaskTable> mask_table_;  // once something is to be mapped
   IndexedBreaks breaks_;
   bool has_first_byte_;
 

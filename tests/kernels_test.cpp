@@ -74,6 +74,16 @@ void compare(const ByteKernels& k, Random& random, const Byte* first,
   const Offset index = random.between(0, static_cast<int>(size));
   EXPECT_EQ(k.nth_lead(first, last, index), p.nth_lead(first, last, index));
 
+  const auto* const longs = reinterpret_cast<const std::int32_t*>(
+      first + (4 - reinterpret_cast<std::uintptr_t>(first) % 4) % 4);
+  const Offset long_count = std::max<Offset>(size - 3, 0) / 4;
+  const std::int32_t value =
+      long_count > 0 && random.one_in(2)
+          ? longs[random.between(0, static_cast<int>(long_count) - 1)]
+          : 0x61616162;
+  EXPECT_EQ(k.find_value(longs, longs + long_count, value),
+            p.find_value(longs, longs + long_count, value));
+
   const ByteSet set = random_set(random);
   EXPECT_EQ(k.find_member(first, last, set), p.find_member(first, last, set));
   EXPECT_EQ(k.find_member_backward(first, last, set),
