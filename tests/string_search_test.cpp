@@ -607,6 +607,61 @@ TEST(StringFilter, NeverMissesAMatch) {
   }
 }
 
+// ASCII bytes that the word test takes for a good side.
+ByteSet good_sides(const StringCall& c) {
+  ByteSet sides;
+  for (int byte = 0; byte < 128; ++byte) {
+    const std::int32_t mapped =
+        utf8_MaskChar(byte, c.mask_keys, c.mask_values, c.mask_count, 1);
+    const bool is_break = std::find(c.breaks, c.breaks + c.break_count,
+                                    mapped) != c.breaks + c.break_count;
+    if (is_break != (c.invert == 1)) sides.add(static_cast<Byte>(byte));
+  }
+  return sides;
+}
+
+TEST(StringFilter, DecidesAsTheModelDoes) {
+  Random random(27);
+  int decided = 0;
+  for (int round = 0; round < 1500; ++round) {
+    Search search = draw(random, 1);
+    search.text = patchwork_for(random, random.between(1, 6), search);
+    search.breaks = spell(random.one_in(2) ? " " : " \nb");
+    search.start = random.between(0, 3);
+    search.end = -1;
+    const GuardedText text(search.text);
+    const StringCall c = search.call(text.data());
+    StringFilter filter;
+    filter.prepare(as_bytes(c.text), c.start, c.end,
+                   {c.pattern, c.pattern_count, c.flags},
+                   {c.mask_keys, c.mask_values, c.mask_count});
+    const bool by_word = random.one_in(2);
+    const ByteSet sides = good_sides(c);
+    filter.decide(by_word ? &sides : nullptr);
+    YieldRecorder host;
+    const StringModel model(c, 0, host);
+    const auto matches = [&](Offset position) {
+      const std::int32_t p = to_long(position);
+      std::int32_t next = 0;
+      if ((c.text[p] & 0xC0) == 0x80 || !model.compare(p, &next)) return false;
+      unsigned char before = 0;
+      unsigned char after = 0;
+      model.test_breaks(p, next, &before, &after);
+      const int good = c.invert == 1 ? 0 : 1;
+      return !by_word || (before == good && after == good);
+    };
+    for (Offset p = c.start; (p = filter.next(p, c.end)) < c.end; ++p) {
+      if (!filter.has_decided(p)) continue;
+      const Offset hit = filter.next_decided(p, c.end);
+      for (; p < hit; ++p) ASSERT_FALSE(matches(p)) << p << '\n' << show(c);
+      if (hit == c.end || !filter.has_decided(hit)) continue;
+      ASSERT_TRUE(matches(hit)) << hit << '\n' << show(c);
+      ++decided;
+    }
+  }
+  EXPECT_GT(decided, 1000);
+}
+
 TEST(StringSearch, AgreesWithTheModelOnPatchworks) {
   Random random(26);
   for (int round = 0; round < 40; ++round) {
