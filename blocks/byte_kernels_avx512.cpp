@@ -147,10 +147,11 @@ struct Member {
 // Up to three anchors, tested one after the other.
 template <class One, int kCount>
 struct All {
+  // Of fewer anchors the last is tested again.
   explicit All(std::span<const Anchor> anchors)
       : first(anchors[0]),
-        second(anchors[kCount > 1 ? 1 : 0]),
-        third(anchors[kCount - 1]) {}
+        second(anchors[anchors.size() > 1 ? 1 : 0]),
+        third(anchors.back()) {}
 
   template <class Load>
   Word bits(const Byte* position, Load load) const {
@@ -257,19 +258,30 @@ void mark(const Byte* first, const Byte* last, std::uint64_t* words,
   if (first < last) *words = part_bits(first, last - first, test);
 }
 
-// Calls `use` with the test that the anchors amount to.
+bool are_plain(std::span<const Anchor> anchors) {
+  for (const Anchor& anchor : anchors) {
+    if (!anchor.is_plain) return false;
+  }
+  return true;
+}
+
+// Calls `use` with a test that the anchors amount to, of two for any number of
+// them.
+template <class Use>
+[[gnu::always_inline]] inline auto with_any_anchors(
+    std::span<const Anchor> anchors, Use use) {
+  return are_plain(anchors) ? use(All<Plain, 3>(anchors))
+                            : use(All<Member, 3>(anchors));
+}
+
+// The same with tests for each number.
 template <class Use>
 [[gnu::always_inline]] inline auto with_anchors(std::span<const Anchor> anchors,
                                                 Use use) {
-  bool plain = true;
-  for (const Anchor& anchor : anchors) plain = plain && anchor.is_plain;
-  if (anchors.size() == 1) {
-    return plain ? use(All<Plain, 1>(anchors)) : use(All<Member, 1>(anchors));
-  }
-  if (anchors.size() == 2) {
-    return plain ? use(All<Plain, 2>(anchors)) : use(All<Member, 2>(anchors));
-  }
-  return plain ? use(All<Plain, 3>(anchors)) : use(All<Member, 3>(anchors));
+  if (anchors.size() == 3) return with_any_anchors(anchors, use);
+  if (are_plain(anchors)) return use(All<Plain, 2>(anchors));
+  return anchors.size() == 1 ? use(All<Member, 1>(anchors))
+                             : use(All<Member, 2>(anchors));
 }
 
 const Byte* find_byte_avx512(const Byte* first, const Byte* last, Byte wanted) {
@@ -323,7 +335,7 @@ const Byte* find_anchored_avx512(const Byte* first, const Byte* last,
 
 const Byte* find_anchored_backward_avx512(const Byte* first, const Byte* last,
                                           std::span<const Anchor> anchors) {
-  return with_anchors(anchors, [=](const auto& test) {
+  return with_any_anchors(anchors, [=](const auto& test) {
     return find_backward(first, last, test);
   });
 }
@@ -336,8 +348,8 @@ void mark_members_avx512(const Byte* first, const Byte* last,
 void mark_anchored_avx512(const Byte* first, const Byte* last,
                           std::span<const Anchor> anchors,
                           std::uint64_t* words) {
-  with_anchors(anchors,
-               [=](const auto& test) { mark(first, last, words, test); });
+  with_any_anchors(anchors,
+                   [=](const auto& test) { mark(first, last, words, test); });
 }
 
 void store(std::uint16_t* to, __m256i numbers, Vector plus) {

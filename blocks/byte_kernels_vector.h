@@ -302,29 +302,40 @@ void mark(const Byte* first, const Byte* last, std::uint64_t* words,
   if (position < last) *words = part_bits(position, last - position, test);
 }
 
-// Calls `use` with the test that the anchors amount to. A single plain anchor
-// is tested twice, which costs less than code of its own.
+// Calls `use` with a test that the anchors amount to, of two for any number of
+// them: of fewer than three some are tested again, which costs less than code
+// of its own where it isn't the innermost of loops.
 template <class Use>
-auto with_anchors(std::span<const Anchor> anchors, Use use) {
+auto with_any_anchors(std::span<const Anchor> anchors, Use use) {
   const Anchor& a = anchors[0];
   const Anchor& b = anchors[anchors.size() > 1 ? 1 : 0];
   const Anchor& c = anchors.back();
-  if (!Isa::kLooksUp || (a.is_plain && b.is_plain && c.is_plain)) {
-    const Both<Plain, Plain> two{Plain(a), Plain(b)};
-    if (anchors.size() < 3) return use(two);
-    return use(Both<Both<Plain, Plain>, Plain>{two, Plain(c)});
-  }
-  if constexpr (Isa::kLooksUp) {
-    if (anchors.size() == 1) return use(Member(a));
-    const Both<Member, Member> two{Member(a), Member(b)};
-    if (anchors.size() == 3) {
-      return use(Both<Both<Member, Member>, Member>{two, Member(c)});
+  if (Isa::kLooksUp && !(a.is_plain && b.is_plain && c.is_plain)) {
+    if constexpr (Isa::kLooksUp) {
+      return use(Both<Both<Member, Member>, Member>{{Member(a), Member(b)},
+                                                    Member(c)});
     }
-    if (!a.is_plain && !b.is_plain) return use(two);
-    return use(Both<Plain, Member>{Plain(a.is_plain ? a : b),
-                                   Member(a.is_plain ? b : a)});
   }
-  __builtin_unreachable();
+  return use(Both<Both<Plain, Plain>, Plain>{{Plain(a), Plain(b)}, Plain(c)});
+}
+
+// The same with tests for one and for two.
+template <class Use>
+auto with_anchors(std::span<const Anchor> anchors, Use use) {
+  if (anchors.size() == 3) return with_any_anchors(anchors, use);
+  const Anchor& a = anchors[0];
+  const Anchor& b = anchors.back();
+  if constexpr (Isa::kLooksUp) {
+    if (!a.is_plain && !b.is_plain) {
+      if (anchors.size() == 1) return use(Member(a));
+      return use(Both<Member, Member>{Member(a), Member(b)});
+    }
+    if (!a.is_plain || !b.is_plain) {
+      return use(Both<Plain, Member>{Plain(a.is_plain ? a : b),
+                                     Member(a.is_plain ? b : a)});
+    }
+  }
+  return use(Both<Plain, Plain>{Plain(a), Plain(b)});
 }
 
 // Without a table lookup in registers, sets are left to the plain code.
@@ -400,7 +411,7 @@ const Byte* vector_find_anchored_backward(const Byte* first, const Byte* last,
   if (needs_plain_code(anchors)) {
     return kPortableKernels.find_anchored_backward(first, last, anchors);
   }
-  return with_anchors(anchors, [=](const auto& test) {
+  return with_any_anchors(anchors, [=](const auto& test) {
     return find_backward(first, last, test);
   });
 }
@@ -420,8 +431,8 @@ void vector_mark_anchored(const Byte* first, const Byte* last,
   if (needs_plain_code(anchors)) {
     return kPortableKernels.mark_anchored(first, last, anchors, words);
   }
-  with_anchors(anchors,
-               [=](const auto& test) { mark(first, last, words, test); });
+  with_any_anchors(anchors,
+                   [=](const auto& test) { mark(first, last, words, test); });
 }
 
 Offset vector_list_marks(const std::uint64_t* words, Offset word_count,
