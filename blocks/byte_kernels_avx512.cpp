@@ -144,8 +144,9 @@ struct Member {
   Offset offset;
 };
 
-// Up to three anchors, tested one after the other.
-template <class One, int kCount>
+// Up to three anchors, tested one after the other. `kSparse`: the third only in
+// blocks where the first two hold somewhere, which are few.
+template <class One, int kCount, bool kSparse = false>
 struct All {
   // Of fewer anchors the last is tested again.
   explicit All(std::span<const Anchor> anchors)
@@ -157,7 +158,9 @@ struct All {
   Word bits(const Byte* position, Load load) const {
     Word word = first.bits(~Word{0}, position, load);
     if constexpr (kCount > 1) word = second.bits(word, position, load);
-    if constexpr (kCount > 2) word = third.bits(word, position, load);
+    if constexpr (kCount > 2) {
+      if (!kSparse || word != 0) word = third.bits(word, position, load);
+    }
     return word;
   }
 
@@ -278,7 +281,10 @@ template <class Use>
 template <class Use>
 [[gnu::always_inline]] inline auto with_anchors(std::span<const Anchor> anchors,
                                                 Use use) {
-  if (anchors.size() == 3) return with_any_anchors(anchors, use);
+  if (anchors.size() == 3) {
+    return are_plain(anchors) ? use(All<Plain, 3, true>(anchors))
+                              : use(All<Member, 3, true>(anchors));
+  }
   if (are_plain(anchors)) return use(All<Plain, 2>(anchors));
   return anchors.size() == 1 ? use(All<Member, 1>(anchors))
                              : use(All<Member, 2>(anchors));
