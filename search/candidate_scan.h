@@ -23,14 +23,20 @@ class CandidateScan {
   const Byte* next(const Byte* first, const Byte* limit) {
     while (first < limit) {
       if (!hits_.covers(first)) {
-        if (!is_close(first))
-          return take(find_anchored(first, limit, anchors_));
+        if (!is_close(first)) {
+          const Byte* const found = find_anchored(first, limit, anchors_);
+          if (found < limit) last_found_ = found;
+          return found;
+        }
         const Offset window = std::min(HitList::kRoom, limit - first);
         hits_.list(first, first + window, anchors_);
       }
       const Byte* const last = std::min(limit, hits_.last());
       const Byte* const found = hits_.next(first, last);
-      if (found < last) return take(found);
+      if (found < last) {
+        last_found_ = found;
+        return found;
+      }
       first = last;
     }
     return limit;
@@ -41,11 +47,6 @@ class CandidateScan {
 
   bool is_close(const Byte* position) const {
     return last_found_ != nullptr && position - last_found_ < kClose;
-  }
-
-  const Byte* take(const Byte* found) {
-    last_found_ = found;
-    return found;
   }
 
   std::span<const Anchor> anchors_;
