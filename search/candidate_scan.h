@@ -1,7 +1,7 @@
 // The positions at which all anchors hold, in ascending order.
 //
-// Where they are rare, each call looks for the next one. Where the last one is
-// close, those of a window are listed at once and handed out.
+// Where they are rare, each call looks for the next one. Where the last ones
+// came soon, those of a window are listed at once and handed out.
 #pragma once
 
 #include <algorithm>
@@ -14,8 +14,8 @@ namespace quill {
 
 class CandidateScan {
  public:
-  // The anchors outlive the scan.
-  explicit CandidateScan(std::span<const Anchor> anchors) : anchors_(anchors) {}
+  // To be called first. The anchors outlive the scan.
+  void use(std::span<const Anchor> anchors) { anchors_ = anchors; }
 
   // The first candidate in [first, limit), or `limit`. Asked with `first`
   // ascending. What the anchors see from `first` up to the highest limit so
@@ -23,20 +23,14 @@ class CandidateScan {
   const Byte* next(const Byte* first, const Byte* limit) {
     while (first < limit) {
       if (!hits_.covers(first)) {
-        if (!is_close(first)) {
-          const Byte* const found = find_anchored(first, limit, anchors_);
-          if (found < limit) last_found_ = found;
-          return found;
-        }
+        if (close_hits_ < kManyClose) return find(first, limit);
         const Offset window = std::min(HitList::kRoom, limit - first);
         hits_.list(first, first + window, anchors_);
+        if (hits_.count() < kManyClose) close_hits_ = 0;
       }
       const Byte* const last = std::min(limit, hits_.last());
       const Byte* const found = hits_.next(first, last);
-      if (found < last) {
-        last_found_ = found;
-        return found;
-      }
+      if (found < last) return found;
       first = last;
     }
     return limit;
@@ -44,13 +38,17 @@ class CandidateScan {
 
  private:
   static constexpr Offset kClose = 512;
+  static constexpr Offset kManyClose = 2;
 
-  bool is_close(const Byte* position) const {
-    return last_found_ != nullptr && position - last_found_ < kClose;
+  const Byte* find(const Byte* first, const Byte* limit) {
+    const Byte* const found = find_anchored(first, limit, anchors_);
+    const bool is_close = found < limit && found - first < kClose;
+    close_hits_ = is_close ? close_hits_ + 1 : 0;
+    return found;
   }
 
   std::span<const Anchor> anchors_;
-  const Byte* last_found_ = nullptr;
+  Offset close_hits_ = 0;  // in a row
   HitList hits_;
 };
 
