@@ -14,11 +14,13 @@ struct ByteKernels {
   decltype(&quill::find_pair) find_pair;
   decltype(&quill::find_member) find_member;
   decltype(&quill::find_member_backward) find_member_backward;
+  decltype(&quill::find_value) find_value;
   decltype(&quill::find_non_ascii) find_non_ascii;
   decltype(&quill::find_anchored) find_anchored;
   decltype(&quill::find_anchored_backward) find_anchored_backward;
   decltype(&quill::mark_members) mark_members;
   decltype(&quill::mark_anchored) mark_anchored;
+  decltype(&quill::list_marks) list_marks;
   decltype(&quill::mark_leads) mark_leads;
   decltype(&quill::count_leads) count_leads;
   decltype(&quill::nth_lead) nth_lead;
@@ -29,6 +31,7 @@ extern const ByteKernels kPortableKernels;
 #if defined(__x86_64__)
 extern const ByteKernels kSse2Kernels;
 extern const ByteKernels kAvx2Kernels;
+extern const ByteKernels kAvx512Kernels;
 #endif
 
 // Every set that this machine can run, the portable one first and the one that

@@ -43,6 +43,11 @@ struct Isa {
   }
   static Narrow narrow(Wide wide) { return _mm256_castsi256_si128(wide); }
 
+  static Wide fill_longs(std::int32_t value) {
+    return _mm256_set1_epi32(value);
+  }
+  static Wide equal_longs(Wide a, Wide b) { return _mm256_cmpeq_epi32(a, b); }
+
   static Wide equal(Wide a, Wide b) { return _mm256_cmpeq_epi8(a, b); }
   static Narrow equal(Narrow a, Narrow b) { return _mm_cmpeq_epi8(a, b); }
   static Wide either(Wide a, Wide b) { return _mm256_or_si256(a, b); }

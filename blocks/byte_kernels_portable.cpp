@@ -1,5 +1,6 @@
 // The kernels in plain code: they define what every other set must answer.
 #include <algorithm>
+#include <bit>
 
 #include "blocks/byte_kernels.h"
 
@@ -80,6 +81,12 @@ const Byte* find_member_backward_portable(const Byte* first, const Byte* last,
   return find_if_backward(first, last, belongs_to(set));
 }
 
+const std::int32_t* find_value_portable(const std::int32_t* first,
+                                        const std::int32_t* last,
+                                        std::int32_t wanted) {
+  return std::find(first, last, wanted);
+}
+
 const Byte* find_non_ascii_portable(const Byte* first, const Byte* last) {
   return find_if(first, last, [](const Byte* p) { return *p >= 0x80; });
 }
@@ -103,6 +110,18 @@ void mark_anchored_portable(const Byte* first, const Byte* last,
                             std::span<const Anchor> anchors,
                             std::uint64_t* words) {
   mark_if(first, last, words, fits(anchors));
+}
+
+Offset list_marks_portable(const std::uint64_t* words, Offset word_count,
+                           std::uint16_t* numbers) {
+  Offset count = 0;
+  for (Offset i = 0; i < word_count; ++i) {
+    for (std::uint64_t word = words[i]; word != 0; word &= word - 1) {
+      numbers[count++] =
+          static_cast<std::uint16_t>(i * 64 + std::countr_zero(word));
+    }
+  }
+  return count;
 }
 
 void mark_leads_portable(const Byte* first, const Byte* last,
@@ -152,11 +171,13 @@ const ByteKernels kPortableKernels = {
     .find_pair = find_pair_portable,
     .find_member = find_member_portable,
     .find_member_backward = find_member_backward_portable,
+    .find_value = find_value_portable,
     .find_non_ascii = find_non_ascii_portable,
     .find_anchored = find_anchored_portable,
     .find_anchored_backward = find_anchored_backward_portable,
     .mark_members = mark_members_portable,
     .mark_anchored = mark_anchored_portable,
+    .list_marks = list_marks_portable,
     .mark_leads = mark_leads_portable,
     .count_leads = count_leads_portable,
     .nth_lead = nth_lead_portable,

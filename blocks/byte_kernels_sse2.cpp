@@ -25,6 +25,9 @@ struct Isa {
   static Wide repeat(const Byte* sixteen) { return load(sixteen); }
   static Narrow narrow(Wide wide) { return wide; }
 
+  static Wide fill_longs(std::int32_t value) { return _mm_set1_epi32(value); }
+  static Wide equal_longs(Wide a, Wide b) { return _mm_cmpeq_epi32(a, b); }
+
   static Wide equal(Wide a, Wide b) { return _mm_cmpeq_epi8(a, b); }
   static Wide either(Wide a, Wide b) { return _mm_or_si128(a, b); }
   static Wide both(Wide a, Wide b) { return _mm_and_si128(a, b); }

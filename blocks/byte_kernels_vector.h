@@ -232,33 +232,9 @@ std::uint64_t bits_of(const Byte* position, Offset count, const Test& test) {
                          : part_bits(position, count, test);
 }
 
-// The lanes of four vectors in a row.
-struct Quad {
-  Wide a, b, c, d;
-
-  template <class Test>
-  Quad(const Byte* near, const Byte* far, const Test& test)
-      : a(test.lanes(near, LoadWide{})),
-        b(test.lanes(near + kWide, LoadWide{})),
-        c(test.lanes(far, LoadWide{})),
-        d(test.lanes(far + kWide, LoadWide{})) {}
-
-  bool any() const {
-    return Isa::any(Isa::either(Isa::either(a, b), Isa::either(c, d)));
-  }
-  std::uint64_t near_bits() const {
-    return Isa::bits(a) | Isa::bits(b) << kWide;
-  }
-  std::uint64_t far_bits() const {
-    return Isa::bits(c) | Isa::bits(d) << kWide;
-  }
-};
-
-// The first position that holds, in two pairs of vectors where one does.
-const Byte* first_in(const Quad& quad, const Byte* near, const Byte* far) {
-  const std::uint64_t bits = quad.near_bits();
-  return bits != 0 ? near + lowest_bit(bits)
-                   : far + lowest_bit(quad.far_bits());
+// The first position that holds in two vectors, given whose lanes do.
+const Byte* first_in(const Byte* position, Wide near, Wide far) {
+  return position + lowest_bit(Isa::bits(near) | Isa::bits(far) << kWide);
 }
 
 template <class Test>
@@ -267,36 +243,41 @@ template <class Test>
                                                const Test& test) {
   constexpr Offset kPair = 2 * kWide;
   const Offset count = last - first;
-  if (count < kPair) {
+  if (count < kWide) {
     const std::uint64_t word = part_bits(first, count, test);
     return word == 0 ? last : first + lowest_bit(word);
   }
+  const auto lanes = [&test](const Byte* at) {
+    return test.lanes(at, LoadWide{});
+  };
   // Most positions that are found at all are near.
-  if (const std::uint64_t word = Isa::bits(test.lanes(first, LoadWide{}));
-      word != 0) {
+  if (const std::uint64_t word = Isa::bits(lanes(first)); word != 0) {
     return first + lowest_bit(word);
   }
-  // In a short range the vectors at its ends see all of it.
-  const Byte* const tail = last - kPair;
-  const Byte* position = first;
-  if (count > 2 * kPair) {
-    const Quad quad(first, first + kPair, test);
-    if (quad.any()) return first_in(quad, first, first + kPair);
-    position += 2 * kPair;
+  const Byte* position = first + kWide;
+  if (last - position > 2 * kPair) {
     position -= reinterpret_cast<std::uintptr_t>(position) % kWide;
-    for (const Byte* const stop = tail - kPair; position < stop;) {
+    for (; last - position >= 2 * kPair; position += 2 * kPair) {
       __builtin_prefetch(position + kAhead);
       __builtin_prefetch(position + kAhead + kPair);
-      const Quad next(position, position + kPair, test);
-      if (next.any()) [[unlikely]] {
-        return first_in(next, position, position + kPair);
-      }
-      position += 2 * kPair;
+      const Wide a = lanes(position);
+      const Wide b = lanes(position + kWide);
+      const Wide c = lanes(position + kPair);
+      const Wide d = lanes(position + kPair + kWide);
+      const Wide near = Isa::either(a, b);
+      if (!Isa::any(Isa::either(near, Isa::either(c, d)))) [[likely]]
+        continue;
+      return Isa::any(near) ? first_in(position, a, b)
+                            : first_in(position + kPair, c, d);
     }
   }
-  if (position > tail) position = tail;
-  const Quad quad(position, tail, test);
-  return quad.any() ? first_in(quad, position, tail) : last;
+  // The last vector overlaps the one before.
+  for (; position < last; position += kWide) {
+    if (last - position < kWide) position = last - kWide;
+    const std::uint64_t word = Isa::bits(lanes(position));
+    if (word != 0) return position + lowest_bit(word);
+  }
+  return last;
 }
 
 template <class Test>
@@ -321,30 +302,40 @@ void mark(const Byte* first, const Byte* last, std::uint64_t* words,
   if (position < last) *words = part_bits(position, last - position, test);
 }
 
-// Calls `use` with the test that the anchors amount to.
+// Calls `use` with a test that the anchors amount to, of two for any number of
+// them: of fewer than three some are tested again, which costs less than code
+// of its own where it isn't the innermost of loops.
+template <class Use>
+auto with_any_anchors(std::span<const Anchor> anchors, Use use) {
+  const Anchor& a = anchors[0];
+  const Anchor& b = anchors[anchors.size() > 1 ? 1 : 0];
+  const Anchor& c = anchors.back();
+  if (Isa::kLooksUp && !(a.is_plain && b.is_plain && c.is_plain)) {
+    if constexpr (Isa::kLooksUp) {
+      return use(Both<Both<Member, Member>, Member>{{Member(a), Member(b)},
+                                                    Member(c)});
+    }
+  }
+  return use(Both<Both<Plain, Plain>, Plain>{{Plain(a), Plain(b)}, Plain(c)});
+}
+
+// The same with tests for one and for two.
 template <class Use>
 auto with_anchors(std::span<const Anchor> anchors, Use use) {
+  if (anchors.size() == 3) return with_any_anchors(anchors, use);
   const Anchor& a = anchors[0];
-  if (anchors.size() == 1) {
-    return a.is_plain ? use(Plain(a)) : use(Member(a));
-  }
-  const Anchor& b = anchors[1];
-  if (anchors.size() == 2) {
-    if (a.is_plain && b.is_plain) {
-      return use(Both<Plain, Plain>{Plain(a), Plain(b)});
+  const Anchor& b = anchors.back();
+  if constexpr (Isa::kLooksUp) {
+    if (!a.is_plain && !b.is_plain) {
+      if (anchors.size() == 1) return use(Member(a));
+      return use(Both<Member, Member>{Member(a), Member(b)});
     }
-    if (a.is_plain || b.is_plain) {
+    if (!a.is_plain || !b.is_plain) {
       return use(Both<Plain, Member>{Plain(a.is_plain ? a : b),
                                      Member(a.is_plain ? b : a)});
     }
-    return use(Both<Member, Member>{Member(a), Member(b)});
   }
-  const Anchor& c = anchors[2];
-  if (a.is_plain && b.is_plain && c.is_plain) {
-    return use(Both<Plain, Both<Plain, Plain>>{Plain(a), {Plain(b), Plain(c)}});
-  }
-  return use(
-      Both<Member, Both<Member, Member>>{Member(a), {Member(b), Member(c)}});
+  return use(Both<Plain, Plain>{Plain(a), Plain(b)});
 }
 
 // Without a table lookup in registers, sets are left to the plain code.
@@ -372,16 +363,34 @@ const Byte* vector_find_pair(const Byte* first, const Byte* last, Byte near,
 
 const Byte* vector_find_member(const Byte* first, const Byte* last,
                                const ByteSet& set) {
-  if (!Isa::kLooksUp) return kPortableKernels.find_member(first, last, set);
-  return find(first, last, Member(set));
+  if constexpr (!Isa::kLooksUp) {
+    return kPortableKernels.find_member(first, last, set);
+  } else {
+    return find(first, last, Member(set));
+  }
 }
 
 const Byte* vector_find_member_backward(const Byte* first, const Byte* last,
                                         const ByteSet& set) {
-  if (!Isa::kLooksUp) {
+  if constexpr (!Isa::kLooksUp) {
     return kPortableKernels.find_member_backward(first, last, set);
+  } else {
+    return find_backward(first, last, Member(set));
   }
-  return find_backward(first, last, Member(set));
+}
+
+const std::int32_t* vector_find_value(const std::int32_t* first,
+                                      const std::int32_t* last,
+                                      std::int32_t wanted) {
+  constexpr Offset kLongs = kWide / 4;
+  const Wide value = Isa::fill_longs(wanted);
+  for (; last - first >= kLongs; first += kLongs) {
+    const Wide longs = Isa::load(reinterpret_cast<const Byte*>(first));
+    const std::uint64_t word = Isa::bits(Isa::equal_longs(longs, value));
+    if (word != 0) return first + lowest_bit(word) / 4;
+  }
+  while (first < last && *first != wanted) ++first;
+  return first;
 }
 
 const Byte* vector_find_non_ascii(const Byte* first, const Byte* last) {
@@ -402,17 +411,18 @@ const Byte* vector_find_anchored_backward(const Byte* first, const Byte* last,
   if (needs_plain_code(anchors)) {
     return kPortableKernels.find_anchored_backward(first, last, anchors);
   }
-  return with_anchors(anchors, [=](const auto& test) {
+  return with_any_anchors(anchors, [=](const auto& test) {
     return find_backward(first, last, test);
   });
 }
 
 void vector_mark_members(const Byte* first, const Byte* last,
                          const ByteSet& set, std::uint64_t* words) {
-  if (!Isa::kLooksUp) {
-    return kPortableKernels.mark_members(first, last, set, words);
+  if constexpr (!Isa::kLooksUp) {
+    kPortableKernels.mark_members(first, last, set, words);
+  } else {
+    mark(first, last, words, Member(set));
   }
-  mark(first, last, words, Member(set));
 }
 
 void vector_mark_anchored(const Byte* first, const Byte* last,
@@ -421,8 +431,19 @@ void vector_mark_anchored(const Byte* first, const Byte* last,
   if (needs_plain_code(anchors)) {
     return kPortableKernels.mark_anchored(first, last, anchors, words);
   }
-  with_anchors(anchors,
-               [=](const auto& test) { mark(first, last, words, test); });
+  with_any_anchors(anchors,
+                   [=](const auto& test) { mark(first, last, words, test); });
+}
+
+Offset vector_list_marks(const std::uint64_t* words, Offset word_count,
+                         std::uint16_t* numbers) {
+  std::uint16_t* to = numbers;
+  for (Offset i = 0; i < word_count; ++i) {
+    for (std::uint64_t word = words[i]; word != 0; word &= word - 1) {
+      *to++ = static_cast<std::uint16_t>(i * kBlock + lowest_bit(word));
+    }
+  }
+  return to - numbers;
 }
 
 void vector_mark_leads(const Byte* first, const Byte* last,
@@ -584,11 +605,13 @@ constexpr ByteKernels vector_kernels(const char* name) {
       .find_pair = vector_find_pair,
       .find_member = vector_find_member,
       .find_member_backward = vector_find_member_backward,
+      .find_value = vector_find_value,
       .find_non_ascii = vector_find_non_ascii,
       .find_anchored = vector_find_anchored,
       .find_anchored_backward = vector_find_anchored_backward,
       .mark_members = vector_mark_members,
       .mark_anchored = vector_mark_anchored,
+      .list_marks = vector_list_marks,
       .mark_leads = vector_mark_leads,
       .count_leads = vector_count_leads,
       .nth_lead = vector_nth_lead,

@@ -1,10 +1,7 @@
-// Chooses the kernels once and passes every scan on to them.
-//
-// The choice depends on the machine alone, so threads that choose at the same
-// time choose the same.
+// Chooses the kernels when the library is loaded and passes every scan on to
+// them.
 #include "blocks/byte_scan.h"
 
-#include <atomic>
 #include <bit>
 
 #include "blocks/byte_kernels.h"
@@ -15,12 +12,18 @@ namespace {
 #if defined(__x86_64__)
 
 constexpr const ByteKernels* kKnown[] = {&kPortableKernels, &kSse2Kernels,
-                                         &kAvx2Kernels};
+                                         &kAvx2Kernels, &kAvx512Kernels};
 
+// The builtin also asks whether the system saves the wide registers.
 std::span<const ByteKernels* const> find_available() {
+  __builtin_cpu_init();
   const bool has_avx2 =
       __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2");
-  return {kKnown, has_avx2 ? 3u : 2u};
+  if (!has_avx2) return {kKnown, 2};
+  const bool has_avx512 = __builtin_cpu_supports("avx512bw") &&
+                          __builtin_cpu_supports("avx512vl") &&
+                          __builtin_cpu_supports("avx512vbmi2");
+  return {kKnown, has_avx512 ? 4u : 3u};
 }
 
 #else
@@ -31,18 +34,13 @@ std::span<const ByteKernels* const> find_available() { return kKnown; }
 
 #endif
 
-constinit std::atomic<const ByteKernels*> g_chosen = nullptr;
+// The portable set until the library is loaded: constructors elsewhere in a
+// program that is linked with it may run before.
+constinit const ByteKernels* g_kernels = &kPortableKernels;
 
-const ByteKernels* choose() {
-  const ByteKernels* const best = find_available().back();
-  g_chosen.store(best, std::memory_order_relaxed);
-  return best;
-}
+[[gnu::constructor]] void choose() { g_kernels = find_available().back(); }
 
-inline const ByteKernels& kernels() {
-  const ByteKernels* const chosen = g_chosen.load(std::memory_order_relaxed);
-  return chosen != nullptr ? *chosen : *choose();
-}
+inline const ByteKernels& kernels() { return *g_kernels; }
 
 }  // namespace
 
@@ -51,7 +49,7 @@ std::span<const ByteKernels* const> available_kernels() {
 }
 
 void force_kernels(const ByteKernels* kernels) {
-  g_chosen.store(kernels, std::memory_order_relaxed);
+  g_kernels = kernels != nullptr ? kernels : find_available().back();
 }
 
 Anchor::Anchor(Byte wanted, Offset from_position)
@@ -98,6 +96,11 @@ const Byte* find_member_backward(const Byte* first, const Byte* last,
   return kernels().find_member_backward(first, last, set);
 }
 
+const std::int32_t* find_value(const std::int32_t* first,
+                               const std::int32_t* last, std::int32_t wanted) {
+  return kernels().find_value(first, last, wanted);
+}
+
 const Byte* find_non_ascii(const Byte* first, const Byte* last) {
   return kernels().find_non_ascii(first, last);
 }
@@ -120,6 +123,11 @@ void mark_members(const Byte* first, const Byte* last, const ByteSet& set,
 void mark_anchored(const Byte* first, const Byte* last,
                    std::span<const Anchor> anchors, std::uint64_t* words) {
   kernels().mark_anchored(first, last, anchors, words);
+}
+
+Offset list_marks(const std::uint64_t* words, Offset word_count,
+                  std::uint16_t* numbers) {
+  return kernels().list_marks(words, word_count, numbers);
 }
 
 void mark_leads(const Byte* first, const Byte* last, std::uint64_t* words) {

@@ -35,6 +35,10 @@ const Byte* find_member_backward(const Byte* first, const Byte* last,
 // The first byte of 0x80 or above.
 const Byte* find_non_ascii(const Byte* first, const Byte* last);
 
+// The first long that equals `wanted`.
+const std::int32_t* find_value(const std::int32_t* first,
+                               const std::int32_t* last, std::int32_t wanted);
+
 // What must stand `offset` bytes after (below 0: before) a position.
 struct Anchor {
   Anchor() = default;
@@ -69,6 +73,13 @@ void mark_members(const Byte* first, const Byte* last, const ByteSet& set,
                   std::uint64_t* words);
 void mark_anchored(const Byte* first, const Byte* last,
                    std::span<const Anchor> anchors, std::uint64_t* words);
+
+// Writes the numbers of the bits that are set in `word_count` words, at most
+// 1024 of them, in ascending order and returns how many they are. Beyond those
+// up to kListSlack elements more may be written to.
+inline constexpr Offset kListSlack = 64;
+Offset list_marks(const std::uint64_t* words, Offset word_count,
+                  std::uint16_t* numbers);
 
 // Marks the bytes that are not continuation bytes.
 void mark_leads(const Byte* first, const Byte* last, std::uint64_t* words);

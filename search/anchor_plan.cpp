@@ -28,12 +28,12 @@ void visit_members(const ByteSet& set, Visit visit) {
 }  // namespace
 
 // Calls `visit` with stretches spread over the text, of about a thousand bytes
-// in all.
+// in all; of more in a text so long that it costs little there.
 template <class Visit>
 void ByteShares::visit_sample(Visit visit) const {
-  constexpr Offset kPlaces = 32;
   constexpr Offset kBytes = 40;  // read at each place
-  const Offset step = std::max<Offset>((end_ - start_) / kPlaces, 1);
+  const Offset places = std::clamp<Offset>((end_ - start_) >> 19, 32, 128);
+  const Offset step = std::max<Offset>((end_ - start_) / places, 1);
   for (Offset place = start_; place < end_; place += step) {
     visit(place, std::min(place + std::min(step, kBytes), end_));
   }
@@ -129,7 +129,7 @@ AnchorPlan ByteSpread::plan(const ByteShares& shares) const {
     share[at] = shares.of(at_[at]);
   }
   // More anchors cost time everywhere: they must make up for it.
-  constexpr double kRareEnough = 0.0001;
+  constexpr double kRareEnough = 0.000001;
   constexpr double kUseful = 0.7;
   while (plan.anchor_count < kMostAnchors && plan.share > kRareEnough) {
     const auto* const best =

@@ -66,6 +66,10 @@ class ByteSpread {
 
   // Takes in the elements from the pivot on, one by one.
   void add(const CharShapes& shapes);
+  // What can stand at an offset, if that is known.
+  const ByteSet& at(Offset offset) const {
+    return at_[static_cast<std::size_t>(offset)];
+  }
   bool is_full() const { return starts_ == 0 || known() >= kWindow; }
 
   AnchorPlan plan(const ByteShares& shares) const;

@@ -9,15 +9,11 @@
 namespace quill {
 
 bool IndexedBreaks::search(std::int32_t mapped) {
-  for (Offset i = 0; i < set_.count; ++i) {
-    if (set_.characters[i] != mapped) continue;
-    patience_ -= i;
-    if (patience_ < 0) index();
-    return true;
-  }
-  patience_ -= set_.count;
+  const std::int32_t* const last = set_.characters + std::max(set_.count, 0);
+  const std::int32_t* const found = find_value(set_.characters, last, mapped);
+  patience_ -= found - set_.characters;
   if (patience_ < 0) index();
-  return false;
+  return found != last;
 }
 
 void IndexedBreaks::index() {

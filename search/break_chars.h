@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "blocks/base.h"
+#include "blocks/byte_scan.h"
 #include "blocks/scratch.h"
 #include "utf8/characters.h"
 
@@ -23,10 +24,8 @@ struct BreakSet {
 
   // In the host's order, which puts the frequent ones first.
   bool contains(std::int32_t mapped) const {
-    for (Offset i = 0; i < count; ++i) {
-      if (characters[i] == mapped) return true;
-    }
-    return false;
+    const std::int32_t* const last = characters + std::max(count, 0);
+    return find_value(characters, last, mapped) != last;
   }
 };
 

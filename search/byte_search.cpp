@@ -132,7 +132,14 @@ std::int32_t FindStrAll(const char* text, std::int32_t start, std::int32_t end,
 
 std::int32_t FindByte(char* text, std::int32_t start, std::int32_t end,
                       char byte, std::int32_t reference, QuillYield yield) {
+  // A scan that hits before the host is due makes no meter that outlives it.
+  if (start >= end) return -1;
+  const auto wanted = static_cast<Byte>(byte);
+  const Offset stretch = YieldMeter(reference, yield).stretch_end(start, end);
+  const Byte* const last = as_bytes(text) + stretch;
+  const Byte* const found = find_byte(as_bytes(text) + start, last, wanted);
+  if (found != last) return to_long(found - as_bytes(text));
   YieldMeter meter(reference, yield);
-  return to_long(scan_for_byte({as_bytes(text), start, end},
-                               static_cast<Byte>(byte), meter));
+  return to_long(
+      scan_on_for_byte({as_bytes(text), start, end}, stretch, wanted, meter));
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <utility>
 
 #include "search/byte_rank.h"
@@ -9,9 +10,8 @@
 namespace quill {
 namespace {
 
-// Ranges shorter than this are searched without any preparation: byte by byte,
-// or by the needle's first and last byte.
-constexpr Offset kPlainRange = 16;
+// Ranges shorter than this are searched without any preparation, by the
+// needle's first and last byte.
 constexpr Offset kShortRange = 512;
 
 // The shortest stretch of linear search.
@@ -73,6 +73,11 @@ class Rarity {
     }
   }
 
+  // Whether a byte of this weight is every second one in the sample.
+  static bool is_everywhere(int weight) {
+    return weight >= kSampleStretches * kSampleStretch / 2 * 256;
+  }
+
   int of(Byte byte) const {
     return (sampled_ ? seen_[byte] * 256 : 0) + kByteRank[byte];
   }
@@ -85,14 +90,17 @@ class Rarity {
 struct AnchorOffsets {
   Offset rarest;
   Offset second;
+  Offset third;
+  bool third_tells;  // the third is no byte that stands everywhere
 };
 
-// The two rarest bytes; among equally rare ones those that stand far apart,
-// since a run of one byte is told from a longer one by its ends.
+// The three rarest bytes of four or more; among equally rare ones those that
+// stand far apart, since a run of one byte is told from a longer one by its
+// ends.
 AnchorOffsets rarest_bytes(const Byte* needle, Offset length, const Byte* first,
                            const Byte* end) {
   const Rarity rarity(first, end);
-  AnchorOffsets chosen{0, length - 1};
+  AnchorOffsets chosen{0, length - 1, 0, true};
   int least = rarity.of(needle[0]);
   int next = rarity.of(needle[length - 1]);
   const Offset ranked = ranked_bytes(length - 1, end - first);
@@ -107,23 +115,35 @@ AnchorOffsets rarest_bytes(const Byte* needle, Offset length, const Byte* first,
       std::swap(least, next);
     }
   }
+  int last = std::numeric_limits<int>::max();
+  for (Offset i = 0; i < std::max(ranked, Offset{3}); ++i) {
+    const int rank = rarity.of(needle[i]);
+    if (rank >= last || i == chosen.rarest || i == chosen.second) continue;
+    chosen.third = i;
+    last = rank;
+  }
+  chosen.third_tells = !rarity.is_everywhere(last);
   return chosen;
 }
 
 }  // namespace
 
-// All bytes of a short needle, two of a longer one.
+// All bytes of a short needle, two or three of a longer one.
 ByteSearcher::Filter::Filter(const Byte* needle, Offset length,
-                             const Byte* first, const Byte* end)
-    : candidates({anchors, static_cast<std::size_t>(
-                               length <= kMostAnchors ? length : 2)}) {
+                             const Byte* first, const Byte* end) {
+  Offset count = 0;
+  const auto anchor_at = [&](Offset offset) {
+    anchors[count++] = Anchor(needle[offset], offset);
+  };
   if (length <= kMostAnchors) {
-    for (Offset i = 0; i < length; ++i) anchors[i] = Anchor(needle[i], i);
-    return;
+    for (Offset i = 0; i < length; ++i) anchor_at(i);
+  } else {
+    const AnchorOffsets chosen = rarest_bytes(needle, length, first, end);
+    anchor_at(chosen.rarest);
+    anchor_at(chosen.second);
+    if (chosen.third_tells) anchor_at(chosen.third);
   }
-  const AnchorOffsets chosen = rarest_bytes(needle, length, first, end);
-  anchors[0] = Anchor(needle[chosen.rarest], chosen.rarest);
-  anchors[1] = Anchor(needle[chosen.second], chosen.second);
+  candidates.use({anchors, static_cast<std::size_t>(count)});
 }
 
 bool ByteSearcher::occurs_at(const Byte* position) {
@@ -138,21 +158,10 @@ const Byte* ByteSearcher::find_whole(const Byte* first, const Byte* last,
   if (first < linear_until_) return find_linearly(first, last);
   if (work_start_ == nullptr) work_start_ = first;
   if (!filter_.has_value()) {
-    if (last - first < kPlainRange) return find_plainly(first, last);
     if (last - first < kShortRange) return find_by_ends(first, last);
     filter_.emplace(needle_, length_, first, end);
   }
   return find_filtered(first, last);
-}
-
-const Byte* ByteSearcher::find_plainly(const Byte* first, const Byte* last) {
-  const Byte lead = needle_[0];
-  for (const Byte* position = first; position < last; ++position) {
-    if (*position != lead) continue;
-    if (occurs_at(position)) return position;
-    if (has_outworked(position + 1)) return find_linearly(position + 1, last);
-  }
-  return last;
 }
 
 const Byte* ByteSearcher::find_by_ends(const Byte* first, const Byte* last) {
@@ -195,7 +204,7 @@ const Byte* ByteSearcher::find_linearly(const Byte* first, const Byte* last) {
   const Byte* const found = linear_->find(first, std::min(last, linear_until_));
   if (found < linear_until_ || found == last) return found;
   return filter_.has_value() ? find_filtered(linear_until_, last)
-                             : find_plainly(linear_until_, last);
+                             : find_by_ends(linear_until_, last);
 }
 
 }  // namespace quill

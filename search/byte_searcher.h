@@ -1,7 +1,7 @@
 // Searches one byte string, the needle, in a text: made once per call of an
 // export, then asked for occurrence after occurrence.
 //
-// Candidates are the positions where the needle's two rarest bytes stand. They
+// Candidates are the positions where the needle's three rarest bytes stand. They
 // are compared in full until the comparisons outgrow the distance covered;
 // then a search that is linear whatever comes takes over for a while. Nothing
 // is prepared before a range is long enough to pay for it.
@@ -40,7 +40,6 @@ class ByteSearcher {
 
  private:
   const Byte* find_whole(const Byte* first, const Byte* last, const Byte* end);
-  const Byte* find_plainly(const Byte* first, const Byte* last);
   const Byte* find_by_ends(const Byte* first, const Byte* last);
   const Byte* find_filtered(const Byte* first, const Byte* last);
   const Byte* find_linearly(const Byte* first, const Byte* last);

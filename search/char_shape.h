@@ -8,6 +8,7 @@
 
 #include <array>
 
+#include "blocks/byte_scan.h"
 #include "blocks/byte_set.h"
 #include "search/comparison.h"
 #include "utf8/mask.h"
@@ -37,30 +38,27 @@ struct CharShapes {
 CharShapes fixed_shapes(std::int32_t element, const Mask& mask);
 const CharShapes& open_shapes();
 
+// Calls `visit` with every key that has the element for its value, whether or
+// not the mask finds it.
+template <class Visit>
+void visit_keys(std::int32_t element, const Mask& mask, Visit visit) {
+  if (mask.is_identity()) return;
+  const std::int32_t* const last = mask.values + mask.count;
+  for (const std::int32_t* value = mask.values;
+       (value = find_value(value, last, element)) != last; ++value) {
+    visit(mask.keys[value - mask.values]);
+  }
+}
+
 // Calls `visit` with every character that maps to `element`, some perhaps
 // twice. Only keys with that value and the element itself come into question;
 // each is looked up, so that the answer is the mask's own whatever its order.
 template <class Visit>
 void visit_sources(std::int32_t element, const Mask& mask, Visit visit) {
   if (mask.map(element) == element) visit(element);
-  if (mask.is_identity()) return;
-  constexpr std::int32_t kBatch = 8;
-  const auto visit_between = [&](std::int32_t i, std::int32_t limit) {
-    for (; i < limit; ++i) {
-      if (mask.values[i] != element) continue;
-      if (mask.map(mask.keys[i]) == element) visit(mask.keys[i]);
-    }
-  };
-  // Most batches hold none; looking at all of one is a few vector steps.
-  const std::int32_t whole = mask.count - mask.count % kBatch;
-  for (std::int32_t i = 0; i < whole; i += kBatch) {
-    unsigned hits = 0;
-    for (std::int32_t k = 0; k < kBatch; ++k) {
-      hits |= static_cast<unsigned>(mask.values[i + k] == element);
-    }
-    if (hits != 0) visit_between(i, i + kBatch);
-  }
-  visit_between(whole, mask.count);
+  visit_keys(element, mask, [&](std::int32_t key) {
+    if (mask.map(key) == element) visit(key);
+  });
 }
 
 }  // namespace quill

@@ -7,16 +7,19 @@ namespace {
 
 // What is reckoned with, in nanoseconds: looking at a candidate, and proving
 // a byte in order.
-constexpr double kCandidateCost = 60;
-constexpr double kProofCost = 0.08;
+constexpr double kCandidateCost = 40;
+constexpr double kProofCost = 0.03;
 
 // So many candidates in a row, each so close to the one before, are thick.
-constexpr Offset kThick = 96;
+constexpr Offset kThick = 512;
 constexpr int kManyThick = 4;
 
 // The elements that anchors can depend on.
 constexpr std::int32_t kMostElements = 24;
 constexpr std::size_t kMostPivots = 3;
+
+// The elements of a pattern that the filter decides about.
+constexpr Offset kMostDecisive = 6;
 
 // Bytes of one character come together more often than their shares say.
 AnchorPlan judged(AnchorPlan plan, const ByteShares& shares) {
@@ -62,6 +65,7 @@ void StringFilter::prepare(const Byte* text, Offset start, Offset end,
                            const CharPattern& pattern, const Mask& mask) {
   text_ = text;
   end_ = end;
+  char_count_ = pattern.count;
   segment_ = {start, start, nullptr};
   ByteSpread anywhere(Order::kAnywhere, 0);
   ByteSpread ascii(Order::kAscii, 0);
@@ -75,6 +79,10 @@ void StringFilter::prepare(const Byte* text, Offset start, Offset end,
     ascii.add(shapes);
     pivots.add(i, shapes);
   }
+  for (std::int32_t i = 0; i < pattern.count && i < kMostDecisive; ++i) {
+    if (!pattern.is_fixed(i)) continue;
+    decisive_[decisive_count_++] = Anchor(ascii.at(i), i);
+  }
   const ByteShares shares(text, start, end);
   anywhere_ = judged(anywhere.plan(shares), shares);
   ascii_ = ascii.plan(shares);
@@ -84,19 +92,34 @@ void StringFilter::prepare(const Byte* text, Offset start, Offset end,
   may_use_order_ = in_order_.share < anywhere_.share / 2;
 }
 
+void StringFilter::decide(const ByteSet* sides) {
+  if (char_count_ > kMostDecisive) return;
+  may_decide_ = true;
+  if (sides == nullptr) return;
+  has_sides_ = true;
+  decisive_[decisive_count_++] = Anchor(*sides, -1);
+  decisive_[decisive_count_++] = Anchor(*sides, char_count_);
+}
+
 // How far behind a candidate's start order must be proved. The elements before
 // the pivot take four bytes at most, each.
 Offset StringFilter::order_reach() const {
   return Offset{4} * in_order_.pivot + in_order_.reach;
 }
 
+// The same for ASCII: the side behind a match is looked at, too.
+Offset StringFilter::ascii_reach() const {
+  return may_decide_ ? std::max(ascii_.reach, char_count_ + 1) : ascii_.reach;
+}
+
 // A stretch of ASCII from `from` on, if it is worth a segment. The anchors lie
 // within it for every candidate.
 bool StringFilter::open_ascii(Offset from) {
-  const Offset wanted = from + kLongest + ascii_.reach;
+  const Offset reach = ascii_reach();
+  const Offset wanted = from + kLongest + reach;
   const Offset last = std::min(wanted, end_);
   const Offset reached = find_non_ascii(text_ + from, text_ + last) - text_;
-  const Offset limit = reached == end_ ? end_ : reached - ascii_.reach;
+  const Offset limit = reached == end_ ? end_ : reached - reach;
   if (limit < end_ && limit - from < kShortest) return false;
   segment_ = {from, limit, &ascii_};
   return true;
@@ -117,7 +140,7 @@ bool StringFilter::open_in_order(Offset from) {
 // Text that isn't ASCII is taken in longer and longer segments, so that a
 // stray letter does not cost much, nor a text full of them.
 void StringFilter::open(Offset from) {
-  marks_.clear();
+  hits_.clear();
   if (open_ascii(from)) {
     stride_ = kShortest;
     return;
@@ -160,28 +183,41 @@ Offset StringFilter::next_anchored(Offset from, Offset limit) {
   if (plan.anchor_count == 0) return from;
   const Offset last = std::min(limit, end_ - plan.reach + 1);
   while (from < last) {
-    if (marks_.covers(from)) {
-      const Offset marked = std::min(last, marks_.end());
-      const Offset found = marks_.next(from, marked);
-      if (found < marked) return found;
-      from = marked;
-      continue;
+    if (hits_.covers(text_ + from)) {
+      const Byte* const listed = std::min(text_ + last, hits_.last());
+      const Byte* const found = hits_.next(text_ + from, listed);
+      if (found < listed) return found - text_;
+      from = listed - text_;
+    } else if (thick_ >= kManyThick) {
+      list_from(from, end_ - plan.reach + 1);
+      if (hits_.count() <= 1) thick_ = 0;
+    } else {
+      const Offset found =
+          find_anchored(text_ + from, text_ + last, plan.used()) - text_;
+      if (found == last) break;
+      thick_ = found - from < kThick ? thick_ + 1 : 0;
+      return found;
     }
-    const Offset found =
-        find_anchored(text_ + from, text_ + last, plan.used()) - text_;
-    if (found == last) break;
-    thick_ = found - from < kThick ? thick_ + 1 : 0;
-    if (thick_ >= kManyThick) mark_from(found, end_ - plan.reach + 1);
-    return found;
   }
   return limit;
 }
 
-// Marks hold for the segment's plan, and end with it.
-void StringFilter::mark_from(Offset from, Offset last) {
-  const Offset end = std::min({from + marks_.kRoom, segment_.end, last});
-  mark_anchored(text_ + from, text_ + end, segment_.plan->used(),
-                marks_.open(from, end));
+// Lists candidates of the segment from `from` on, before `last`, or decides
+// about them. A segment's first offset has a side before it that isn't known to
+// be ASCII, and a match at the range's very end has none behind it.
+void StringFilter::list_from(Offset from, Offset last) {
+  const AnchorPlan& plan = *segment_.plan;
+  last = std::min({from + HitList::kRoom, segment_.end, last});
+  const Offset sides = has_sides_ ? 1 : 0;
+  const Offset last_decided = std::min(last, end_ - char_count_ - sides + 1);
+  decided_ = may_decide_ && &plan == &ascii_ &&
+             from >= segment_.start + sides && from < last_decided;
+  if (decided_) {
+    hits_.list(text_ + from, text_ + last_decided,
+               {decisive_.data(), decisive_count_});
+  } else {
+    hits_.list(text_ + from, text_ + last, plan.used());
+  }
 }
 
 // The start of the character as many characters before `position` as the pivot

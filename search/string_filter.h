@@ -7,7 +7,7 @@
 #pragma once
 
 #include "search/anchor_plan.h"
-#include "search/marks.h"
+#include "search/hit_list.h"
 
 namespace quill {
 
@@ -16,6 +16,21 @@ class StringFilter {
   // Of a text of which [start, end) is searched. The pattern isn't empty.
   void prepare(const Byte* text, Offset start, Offset end,
                const CharPattern& pattern, const Mask& mask);
+
+  // Lets the filter decide by itself, in ASCII, about short patterns. A match
+  // needs a byte of `sides` before and behind it there, if that is not null.
+  void decide(const ByteSet* sides);
+
+  // Whether the matches from `from` on are decided about, for a while.
+  bool has_decided(Offset from) const {
+    return decided_ && hits_.covers(text_ + from);
+  }
+  // Where that is so: the first match in [from, limit), or if none is among
+  // those decided about where they end, at `limit` at the latest.
+  Offset next_decided(Offset from, Offset limit) {
+    const Byte* const listed = std::min(text_ + limit, hits_.last());
+    return hits_.next(text_ + from, listed) - text_;
+  }
 
   // The first offset in [from, limit) where a match may begin, else `limit`.
   // Every match is at such an offset; not all of them begin a character.
@@ -33,6 +48,7 @@ class StringFilter {
   };
 
   Offset order_reach() const;
+  Offset ascii_reach() const;
   bool open_ascii(Offset from);
   bool open_in_order(Offset from);
   void open(Offset from);
@@ -42,7 +58,7 @@ class StringFilter {
   bool is_in_order(Offset from, Offset limit) const;
 
   Offset next_anchored(Offset from, Offset limit);
-  void mark_from(Offset from, Offset last);
+  void list_from(Offset from, Offset last);
   Offset next_by_pivot(Offset from, Offset limit) const;
   Offset previous_anchored(Offset from, Offset limit) const;
   Offset previous_by_pivot(Offset from, Offset limit) const;
@@ -59,8 +75,17 @@ class StringFilter {
   Offset stride_ = kShortest;
   Segment segment_;
 
-  // Candidates that come thick are marked many at a time.
-  Marks<16> marks_;
+  // All that makes a match in ASCII, if that is little: the elements' anchors
+  // and then those of the two sides.
+  std::array<Anchor, 8> decisive_;
+  std::size_t decisive_count_ = 0;
+  Offset char_count_ = 0;  // of the pattern
+  bool may_decide_ = false;
+  bool has_sides_ = false;
+  bool decided_ = false;  // whether all hits listed are matches
+
+  // Candidates that come thick are listed many at a time.
+  HitList hits_;
   int thick_ = 0;  // candidates that came soon after the one before
 
   static constexpr Offset kShortest = 256;

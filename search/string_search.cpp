@@ -198,10 +198,11 @@ std::int32_t utf8_FindStr(
     unsigned char edge_flag, unsigned char invert_flag,
     std::int32_t* found_start, std::int32_t* found_end, std::int32_t reference,
     QuillYield yield) {
-  StringSearcher searcher(make_query(text, start, end, pattern, pattern_count,
-                                     position_flags, mask_keys, mask_values,
-                                     mask_count, break_characters, break_count,
-                                     edge_flag, invert_flag));
+  const StringQuery query =
+      make_query(text, start, end, pattern, pattern_count, position_flags,
+                 mask_keys, mask_values, mask_count, break_characters,
+                 break_count, edge_flag, invert_flag);
+  StringSearcher searcher(query);
   return find_first(searcher, start, {found_start, found_end},
                     {reference, yield})
              ? 1
@@ -217,10 +218,11 @@ std::int32_t utf8_FindStrPrev(
     unsigned char edge_flag, unsigned char invert_flag,
     std::int32_t* found_start, std::int32_t* found_end, std::int32_t reference,
     QuillYield yield) {
-  StringSearcher searcher(make_query(text, start, end, pattern, pattern_count,
-                                     position_flags, mask_keys, mask_values,
-                                     mask_count, break_characters, break_count,
-                                     edge_flag, invert_flag));
+  const StringQuery query =
+      make_query(text, start, end, pattern, pattern_count, position_flags,
+                 mask_keys, mask_values, mask_count, break_characters,
+                 break_count, edge_flag, invert_flag);
+  StringSearcher searcher(query);
   return find_last(searcher, {found_start, found_end}, {reference, yield}) ? 1
                                                                            : 0;
 }
@@ -234,10 +236,11 @@ std::int32_t utf8_FindStrNth(
     unsigned char edge_flag, unsigned char invert_flag,
     std::int32_t* occurrence, std::int32_t* found_start,
     std::int32_t* found_end, std::int32_t reference, QuillYield yield) {
-  StringSearcher searcher(make_query(text, start, end, pattern, pattern_count,
-                                     position_flags, mask_keys, mask_values,
-                                     mask_count, break_characters, break_count,
-                                     edge_flag, invert_flag));
+  const StringQuery query =
+      make_query(text, start, end, pattern, pattern_count, position_flags,
+                 mask_keys, mask_values, mask_count, break_characters,
+                 break_count, edge_flag, invert_flag);
+  StringSearcher searcher(query);
   const std::int32_t wanted = *occurrence;
   *found_end = start;
   YieldMeter meter(reference, yield);
@@ -262,10 +265,11 @@ std::int32_t utf8_CountStrAll(
     unsigned char edge_flag, unsigned char invert_flag,
     std::int32_t* match_count, std::int32_t* stop, std::int32_t reference,
     QuillYield yield) {
-  StringSearcher searcher(make_query(text, start, end, pattern, pattern_count,
-                                     position_flags, mask_keys, mask_values,
-                                     mask_count, break_characters, break_count,
-                                     edge_flag, invert_flag));
+  const StringQuery query =
+      make_query(text, start, end, pattern, pattern_count, position_flags,
+                 mask_keys, mask_values, mask_count, break_characters,
+                 break_count, edge_flag, invert_flag);
+  StringSearcher searcher(query);
   YieldMeter meter(reference, yield);
   std::int32_t position = start;
   std::int32_t matches = 0;

@@ -10,11 +10,16 @@ namespace {
 constexpr Offset kWorthFilter = 32'000;
 constexpr Offset kPatience = 2'000;
 
+// Stands for every mask that maps nothing.
+struct NoMask {
+  static std::int32_t map(std::int32_t character) { return character; }
+};
+constexpr NoMask kNoMask;
+
 }  // namespace
 
 StringSearcher::StringSearcher(const StringQuery& query)
     : query_(query),
-      mask_(query.mask, query.end - query.start),
       breaks_(query.word.set),
       has_first_byte_(query.mask.count <= 0 && query.pattern.count >= 1 &&
                       query.pattern.elements != nullptr &&
@@ -25,13 +30,14 @@ StringSearcher::StringSearcher(const StringQuery& query)
   }
 }
 
-// The bytes that a character can begin with which maps to the first element.
+// The bytes that a character can begin with which maps to the first element,
+// and perhaps more: looking a key up costs as much as trying one in the text.
 void StringSearcher::note_first_leads() {
   knows_first_ = true;
-  visit_sources(query_.pattern.elements[0], query_.mask,
-                [this](std::int32_t character) {
-                  first_leads_.add(byte_of(character, 0));
-                });
+  const std::int32_t element = query_.pattern.elements[0];
+  first_leads_.add(byte_of(element, 0));
+  visit_keys(element, query_.mask,
+             [this](std::int32_t key) { first_leads_.add(byte_of(key, 0)); });
 }
 
 // Marked by windows, since in a short text one call more counts.
@@ -50,9 +56,20 @@ Offset StringSearcher::next_first_lead(Offset from, Offset limit) {
   return limit;
 }
 
+MaskTable& StringSearcher::mask_table() {
+  if (!mask_table_.has_value()) {
+    mask_table_.emplace(query_.mask, query_.end - query_.start);
+  }
+  return *mask_table_;
+}
+
 bool StringSearcher::matches_at(Offset position, Match& match) {
-  const Comparison compared = compare_characters(
-      query_.text, position, query_.end, query_.pattern, mask_);
+  const auto compare = [&](auto& mask) {
+    return compare_characters(query_.text, position, query_.end, query_.pattern,
+                              mask);
+  };
+  const Comparison compared =
+      query_.mask.is_identity() ? compare(kNoMask) : compare(mask_table());
   if (!compared.equal) return false;
   match = {position, compared.next};
   return is_word(match);
@@ -61,16 +78,36 @@ bool StringSearcher::matches_at(Offset position, Match& match) {
 bool StringSearcher::is_word(const Match& match) {
   const WordTest& word = query_.word;
   if (!word.set.is_given()) return word.accepts({1, 1});
-  return word.accepts(test_sides(query_.text, query_.end, match.start,
-                                 match.end, mask_, breaks_, word.edge));
+  const auto test = [&](auto& mask) {
+    return test_sides(query_.text, query_.end, match.start, match.end, mask,
+                      breaks_, word.edge);
+  };
+  return word.accepts(query_.mask.is_identity() ? test(kNoMask)
+                                                : test(mask_table()));
 }
 
 // Prepares the filter once patience has run out.
 bool StringSearcher::filters_now() {
   if (filter_ || patience_ > 0) return filter_.has_value();
+  prepare_filter();
+  return true;
+}
+
+void StringSearcher::prepare_filter() {
   filter_.emplace().prepare(query_.text, query_.start, query_.end,
                             query_.pattern, query_.mask);
-  return true;
+  const WordTest& word = query_.word;
+  if (!word.set.is_given()) {
+    if (word.accepts({1, 1})) filter_->decide(nullptr);
+    return;
+  }
+  ByteSet sides;
+  for (std::int32_t byte = 0; byte < 128; ++byte) {
+    const unsigned char is_break =
+        breaks_.contains(mask_table().map(byte)) ? 1 : 0;
+    if (word.accepts({is_break, is_break})) sides.add(static_cast<Byte>(byte));
+  }
+  filter_->decide(&sides);
 }
 
 Offset StringSearcher::next_candidate(Offset from, Offset limit) {
@@ -89,8 +126,18 @@ Offset StringSearcher::next_candidate(Offset from, Offset limit) {
 }
 
 bool StringSearcher::next_match(Offset from, Offset limit, Match& match) {
-  while ((from = next_candidate(from, limit)) < limit) {
-    if (!is_continuation(query_.text[from]) && matches_at(from, match)) {
+  while (from < limit) {
+    if (filter_.has_value() && filter_->has_decided(from)) {
+      from = filter_->next_decided(from, limit);
+      if (from < limit && filter_->has_decided(from)) {
+        match = {from, from + query_.pattern.count};
+        return true;
+      }
+      continue;
+    }
+    from = next_candidate(from, limit);
+    if (from < limit && !is_continuation(query_.text[from]) &&
+        matches_at(from, match)) {
       return true;
     }
     ++from;

@@ -41,6 +41,7 @@ struct Match {
 
 class StringSearcher {
  public:
+  // The query outlives the searcher.
   explicit StringSearcher(const StringQuery& query);
 
   // Whether a match begins exactly at `position`.
@@ -68,9 +69,12 @@ class StringSearcher {
   void note_first_leads();
   Offset next_first_lead(Offset from, Offset limit);
   bool filters_now();
+  void prepare_filter();
 
-  const StringQuery query_;
-  MaskTable mask_;
+  MaskTable& mask_table();
+
+  const StringQuery& query_;
+  std::optional<MaskTable> mask_table_;  // once something is to be mapped
   IndexedBreaks breaks_;
   bool has_first_byte_;
 

@@ -94,6 +94,23 @@ std::string compare(Input& in, const Byte* first, const Byte* last,
   same_marks("mark_anchored", [&](K k, Words words) {
     k.mark_anchored(first, last, anchors, words);
   });
+  std::vector<std::uint64_t> words(static_cast<std::size_t>(size + 63) / 64);
+  kPortableKernels.mark_members(first, last, set, words.data());
+  same("list_marks", [&](K k) {
+    std::vector<std::uint16_t> numbers(words.size() * 64 + kListSlack);
+    numbers.resize(static_cast<std::size_t>(
+        k.list_marks(words.data(), std::ssize(words), numbers.data())));
+    return numbers;
+  });
+  const auto* const longs = reinterpret_cast<const std::int32_t*>(
+      first + (4 - reinterpret_cast<std::uintptr_t>(first) % 4) % 4);
+  const Offset long_count = std::max<Offset>(size - 3, 0) / 4;
+  const std::int32_t value =
+      long_count > 0 && in.flag()
+          ? longs[in.between(0, static_cast<int>(long_count) - 1)]
+          : 0x61616162;
+  same("find_value",
+       [&](K k) { return k.find_value(longs, longs + long_count, value); });
   for (const int most : {0, in.between(0, size), size}) {
     same("walk_characters", [&](K k) {
       const Walk walk = k.walk_characters(first, last, most);

@@ -16,8 +16,8 @@ int questions(const Run& run, HostPlan plan) {
 // The level of instructions that a set of byte kernels is of.
 Instructions level_beside(const ByteKernels& kernels) {
   const std::string_view name = kernels.name;
-  if (name == "avx512") return available_instructions().back();
-  if (name == "avx2") return Instructions::kAvx2;
+  if (name == "AVX-512") return available_instructions().back();
+  if (name == "AVX2") return Instructions::kAvx2;
   return Instructions::kPlain;
 }
 

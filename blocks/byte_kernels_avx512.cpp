@@ -1,0 +1,554 @@
+// The kernels for x86-64 with AVX-512: 64 bytes at a time.
+//
+// A comparison of vectors gives a word with a bit a byte, which is what blocks
+// of positions are handed over as, and a load can leave bytes out: the ends of
+// a range need nothing but a mask. So these kernels share no code with those
+// for registers whose comparisons give vectors.
+#include "blocks/byte_kernels.h"
+
+#if defined(__x86_64__)
+
+#include <immintrin.h>
+
+// From here on functions may use the instructions; those above are the same in
+// every file. To the end of the file, so that templates are covered, too.
+#if defined(__clang__)
+#pragma clang attribute push(                                                  \
+    __attribute__((target(                                                     \
+        "avx512f,avx512bw,avx512vl,avx512vbmi2,avx2,bmi,bmi2,lzcnt,popcnt"))), \
+    apply_to = function)
+#else
+#pragma GCC target( \
+    "avx512f,avx512bw,avx512vl,avx512vbmi2,avx2,bmi,bmi2,lzcnt,popcnt")
+#endif
+
+namespace quill {
+namespace {
+
+using Vector = __m512i;
+using Word = std::uint64_t;
+
+constexpr Offset kBlock = 64;  // bytes in a vector, positions in a word
+
+// How far ahead long scans ask for memory, also beyond their range: that
+// bridges the gap between the stretches that a long text is scanned in.
+constexpr Offset kAhead = 8192;
+
+Offset lowest_bit(Word word) { return static_cast<Offset>(_tzcnt_u64(word)); }
+Offset highest_bit(Word word) {
+  return 63 - static_cast<Offset>(_lzcnt_u64(word));
+}
+Offset count_bits(Word word) {
+  return static_cast<Offset>(_mm_popcnt_u64(word));
+}
+Offset nth_bit(Word word, Offset index) {
+  return lowest_bit(_pdep_u64(Word{1} << index, word));
+}
+
+// The lowest `count` bits, 0 to 64 of them.
+Word low_bits(Offset count) {
+  return _bzhi_u64(~Word{0}, static_cast<unsigned>(count));
+}
+
+Vector fill(Byte byte) { return _mm512_set1_epi8(static_cast<char>(byte)); }
+
+// Loaders: where a test gets its bytes from. What is left out reads as 0.
+struct LoadAll {
+  Vector operator()(const Byte* at) const { return _mm512_loadu_si512(at); }
+};
+
+struct LoadPart {
+  Word wanted;
+  Vector operator()(const Byte* at) const {
+    return _mm512_maskz_loadu_epi8(wanted, at);
+  }
+};
+
+// Tests: for which positions of a block do they hold? Each is asked about
+// those for which the one before it held.
+struct Equals {
+  explicit Equals(Byte wanted) : value(fill(wanted)) {}
+
+  template <class Load>
+  Word bits(const Byte* position, Load load) const {
+    return _mm512_cmpeq_epi8_mask(load(position), value);
+  }
+
+  Vector value;
+};
+
+struct EqualPair {
+  template <class Load>
+  Word bits(const Byte* position, Load load) const {
+    return _mm512_mask_cmpeq_epi8_mask(near.bits(position, load),
+                                       load(position + distance), far.value);
+  }
+
+  Equals near;
+  Equals far;
+  Offset distance;
+};
+
+struct Plain {
+  explicit Plain(const Anchor& anchor)
+      : ignored(fill(anchor.ignored)),
+        value(fill(anchor.value)),
+        offset(anchor.offset) {}
+
+  template <class Load>
+  Word bits(Word among, const Byte* position, Load load) const {
+    return _mm512_mask_cmpeq_epi8_mask(
+        among, _mm512_or_si512(load(position + offset), ignored), value);
+  }
+
+  Vector ignored;
+  Vector value;
+  Offset offset;
+};
+
+// Any set: its entry for the low nibble has the bit of the high nibble. The
+// lookup gives 0 for indices from 0x80 on, so each half of the set answers for
+// its own half of the bytes.
+struct Member {
+  explicit Member(const ByteSet& set, Offset from_position = 0)
+      : lower(repeat(set.lower)),
+        upper(repeat(set.upper)),
+        offset(from_position) {}
+  explicit Member(const Anchor& anchor) : Member(anchor.set, anchor.offset) {}
+
+  template <class Load>
+  Word bits(Word among, const Byte* position, Load load) const {
+    const Vector bytes = load(position + offset);
+    const Vector entry = _mm512_or_si512(
+        _mm512_shuffle_epi8(lower, bytes),
+        _mm512_shuffle_epi8(upper, _mm512_xor_si512(bytes, fill(0x80))));
+    const Vector high =
+        _mm512_and_si512(_mm512_srli_epi16(bytes, 4), fill(0x07));
+    const Vector bit = _mm512_shuffle_epi8(
+        _mm512_set1_epi64(static_cast<long long>(0x8040201008040201)), high);
+    return _mm512_mask_test_epi8_mask(among, entry, bit);
+  }
+  template <class Load>
+  Word bits(const Byte* position, Load load) const {
+    return bits(~Word{0}, position, load);
+  }
+
+  // With a mask for g++ 12, as below.
+  static Vector repeat(const Byte* sixteen) {
+    return _mm512_maskz_broadcast_i32x4(
+        0xFFFF, _mm_load_si128(reinterpret_cast<const __m128i*>(sixteen)));
+  }
+
+  Vector lower;
+  Vector upper;
+  Offset offset;
+};
+
+// Up to three anchors, tested one after the other. `kSparse`: the third only in
+// blocks where the first two hold somewhere, which are few.
+template <class One, int kCount, bool kSparse = false>
+struct All {
+  // Of fewer anchors the last is tested again.
+  explicit All(std::span<const Anchor> anchors)
+      : first(anchors[0]),
+        second(anchors[anchors.size() > 1 ? 1 : 0]),
+        third(anchors.back()) {}
+
+  template <class Load>
+  Word bits(const Byte* position, Load load) const {
+    Word word = first.bits(~Word{0}, position, load);
+    if constexpr (kCount > 1) word = second.bits(word, position, load);
+    if constexpr (kCount > 2) {
+      if (!kSparse || word != 0) word = third.bits(word, position, load);
+    }
+    return word;
+  }
+
+  One first;
+  One second;
+  One third;
+};
+
+struct NonAscii {
+  template <class Load>
+  Word bits(const Byte* position, Load load) const {
+    return _mm512_movepi8_mask(load(position));
+  }
+};
+
+// 0x80 to 0xBF are the lowest signed values.
+struct Lead {
+  template <class Load>
+  Word bits(const Byte* position, Load load) const {
+    return _mm512_cmpgt_epi8_mask(load(position), fill(0xBF));
+  }
+};
+
+// The word for 0 to 64 positions.
+template <class Test>
+Word part_bits(const Byte* position, Offset count, const Test& test) {
+  const Word wanted = low_bits(count);
+  return test.bits(position, LoadPart{wanted}) & wanted;
+}
+
+template <class Test>
+[[gnu::always_inline]] inline const Byte* find(const Byte* first,
+                                               const Byte* last,
+                                               const Test& test) {
+  if (last - first <= kBlock) {
+    const Word word = part_bits(first, last - first, test);
+    return word == 0 ? last : first + lowest_bit(word);
+  }
+  if (const Word word = test.bits(first, LoadAll{}); word != 0) {
+    return first + lowest_bit(word);
+  }
+  const Byte* position = first + kBlock;
+  if (last - position > 4 * kBlock) {
+    position -= reinterpret_cast<std::uintptr_t>(position) % kBlock;
+    for (; last - position >= 4 * kBlock; position += 4 * kBlock) {
+      for (int i = 0; i < 4; ++i) {
+        __builtin_prefetch(position + kAhead + i * kBlock);
+      }
+      const Word a = test.bits(position, LoadAll{});
+      const Word b = test.bits(position + kBlock, LoadAll{});
+      const Word c = test.bits(position + 2 * kBlock, LoadAll{});
+      const Word d = test.bits(position + 3 * kBlock, LoadAll{});
+      if ((a | b | c | d) == 0) [[likely]]
+        continue;
+      if (a != 0) return position + lowest_bit(a);
+      if (b != 0) return position + kBlock + lowest_bit(b);
+      if (c != 0) return position + 2 * kBlock + lowest_bit(c);
+      return position + 3 * kBlock + lowest_bit(d);
+    }
+  }
+  for (;; position += kBlock) {
+    if (last - position < kBlock) position = last - kBlock;
+    const Word word = test.bits(position, LoadAll{});
+    if (word != 0) return position + lowest_bit(word);
+    if (position + kBlock == last) return last;
+  }
+}
+
+template <class Test>
+const Byte* find_backward(const Byte* first, const Byte* last,
+                          const Test& test) {
+  const Byte* position = last;
+  for (; position - first >= 2 * kBlock; position -= 2 * kBlock) {
+    __builtin_prefetch(position - kAhead);
+    __builtin_prefetch(position - kAhead - kBlock);
+    const Word near = test.bits(position - kBlock, LoadAll{});
+    const Word far = test.bits(position - 2 * kBlock, LoadAll{});
+    if ((near | far) == 0) [[likely]]
+      continue;
+    return near != 0 ? position - kBlock + highest_bit(near)
+                     : position - 2 * kBlock + highest_bit(far);
+  }
+  for (;;) {
+    const Offset count = position - first < kBlock ? position - first : kBlock;
+    position -= count;
+    const Word word = part_bits(position, count, test);
+    if (word != 0) return position + highest_bit(word);
+    if (position == first) return last;
+  }
+}
+
+template <class Test>
+void mark(const Byte* first, const Byte* last, std::uint64_t* words,
+          const Test& test) {
+  for (; last - first >= kBlock; first += kBlock) {
+    *words++ = test.bits(first, LoadAll{});
+  }
+  if (first < last) *words = part_bits(first, last - first, test);
+}
+
+bool are_plain(std::span<const Anchor> anchors) {
+  for (const Anchor& anchor : anchors) {
+    if (!anchor.is_plain) return false;
+  }
+  return true;
+}
+
+// Calls `use` with a test that the anchors amount to, of two for any number of
+// them.
+template <class Use>
+[[gnu::always_inline]] inline auto with_any_anchors(
+    std::span<const Anchor> anchors, Use use) {
+  return are_plain(anchors) ? use(All<Plain, 3>(anchors))
+                            : use(All<Member, 3>(anchors));
+}
+
+// The same with tests for each number.
+template <class Use>
+[[gnu::always_inline]] inline auto with_anchors(std::span<const Anchor> anchors,
+                                                Use use) {
+  if (anchors.size() == 3) {
+    return are_plain(anchors) ? use(All<Plain, 3, true>(anchors))
+                              : use(All<Member, 3, true>(anchors));
+  }
+  if (are_plain(anchors)) return use(All<Plain, 2>(anchors));
+  return anchors.size() == 1 ? use(All<Member, 1>(anchors))
+                             : use(All<Member, 2>(anchors));
+}
+
+const Byte* find_byte_avx512(const Byte* first, const Byte* last, Byte wanted) {
+  return find(first, last, Equals(wanted));
+}
+
+const Byte* find_byte_backward_avx512(const Byte* first, const Byte* last,
+                                      Byte wanted) {
+  return find_backward(first, last, Equals(wanted));
+}
+
+const Byte* find_pair_avx512(const Byte* first, const Byte* last, Byte near,
+                             Byte far, Offset distance) {
+  return find(first, last, EqualPair{Equals(near), Equals(far), distance});
+}
+
+const Byte* find_member_avx512(const Byte* first, const Byte* last,
+                               const ByteSet& set) {
+  return find(first, last, Member(set));
+}
+
+const Byte* find_member_backward_avx512(const Byte* first, const Byte* last,
+                                        const ByteSet& set) {
+  return find_backward(first, last, Member(set));
+}
+
+const std::int32_t* find_value_avx512(const std::int32_t* first,
+                                      const std::int32_t* last,
+                                      std::int32_t wanted) {
+  constexpr Offset kLongs = kBlock / 4;
+  const Vector value = _mm512_set1_epi32(wanted);
+  for (; first < last; first += kLongs) {
+    const Offset left = last - first;
+    const auto part = static_cast<__mmask16>(low_bits(left < 16 ? left : 16));
+    const Word word = _mm512_mask_cmpeq_epi32_mask(
+        part, _mm512_maskz_loadu_epi32(part, first), value);
+    if (word != 0) return first + lowest_bit(word);
+  }
+  return last;
+}
+
+const Byte* find_non_ascii_avx512(const Byte* first, const Byte* last) {
+  return find(first, last, NonAscii());
+}
+
+const Byte* find_anchored_avx512(const Byte* first, const Byte* last,
+                                 std::span<const Anchor> anchors) {
+  return with_anchors(
+      anchors, [=](const auto& test) { return find(first, last, test); });
+}
+
+const Byte* find_anchored_backward_avx512(const Byte* first, const Byte* last,
+                                          std::span<const Anchor> anchors) {
+  return with_any_anchors(anchors, [=](const auto& test) {
+    return find_backward(first, last, test);
+  });
+}
+
+void mark_members_avx512(const Byte* first, const Byte* last,
+                         const ByteSet& set, std::uint64_t* words) {
+  mark(first, last, words, Member(set));
+}
+
+void mark_anchored_avx512(const Byte* first, const Byte* last,
+                          std::span<const Anchor> anchors,
+                          std::uint64_t* words) {
+  with_any_anchors(anchors,
+                   [=](const auto& test) { mark(first, last, words, test); });
+}
+
+void store(std::uint16_t* to, __m256i numbers, Vector plus) {
+  _mm512_storeu_si512(to,
+                      _mm512_add_epi16(_mm512_cvtepu8_epi16(numbers), plus));
+}
+
+// Gathers the numbers of a word's bits at the front of a vector. Extracts with
+// a mask, since without one g++ 12 sees an uninitialized register.
+Offset list_marks_avx512(const std::uint64_t* words, Offset word_count,
+                         std::uint16_t* numbers) {
+  const Vector all = _mm512_set_epi8(
+      63, 62, 61, 60, 59, 58, 57, 56, 55, 54, 53, 52, 51, 50, 49, 48, 47, 46,
+      45, 44, 43, 42, 41, 40, 39, 38, 37, 36, 35, 34, 33, 32, 31, 30, 29, 28,
+      27, 26, 25, 24, 23, 22, 21, 20, 19, 18, 17, 16, 15, 14, 13, 12, 11, 10, 9,
+      8, 7, 6, 5, 4, 3, 2, 1, 0);
+  std::uint16_t* to = numbers;
+  Vector before = _mm512_setzero_si512();
+  for (Offset i = 0; i < word_count; ++i) {
+    const Vector set = _mm512_maskz_compress_epi8(words[i], all);
+    const Offset count = count_bits(words[i]);
+    store(to, _mm512_maskz_extracti64x4_epi64(0xF, set, 0), before);
+    if (count > 32) {
+      store(to + 32, _mm512_maskz_extracti64x4_epi64(0xF, set, 1), before);
+    }
+    to += count;
+    before = _mm512_add_epi16(before, _mm512_set1_epi16(kBlock));
+  }
+  return to - numbers;
+}
+
+void mark_leads_avx512(const Byte* first, const Byte* last,
+                       std::uint64_t* words) {
+  mark(first, last, words, Lead());
+}
+
+Offset count_leads_avx512(const Byte* first, const Byte* last) {
+  Offset count = 0;
+  for (; last - first >= kBlock; first += kBlock) {
+    __builtin_prefetch(first + kAhead);
+    count += count_bits(Lead().bits(first, LoadAll{}));
+  }
+  return count + count_bits(part_bits(first, last - first, Lead()));
+}
+
+const Byte* nth_lead_avx512(const Byte* first, const Byte* last, Offset index) {
+  while (first < last) {
+    const Offset part = last - first < kBlock ? last - first : kBlock;
+    const Word leads = part_bits(first, part, Lead());
+    const Offset count = count_bits(leads);
+    if (index < count) return first + nth_bit(leads, index);
+    index -= count;
+    first += part;
+  }
+  return last;
+}
+
+// Where continuation bytes are expected, from the bytes of a block and of the
+// one before.
+class Expected {
+ public:
+  Expected() : before_(_mm512_setzero_si512()) {}
+
+  // Taken off without a borrow, these leave the highest bit to the bytes from
+  // 0xC0, 0xE0 and 0xF0 on: those that expect a continuation byte 1, 2 and 3
+  // bytes behind.
+  Word take(Vector bytes) {
+    // Every 16 bytes beside the 16 before, for shifts within those.
+    const Vector sixteen_back =
+        _mm512_maskz_alignr_epi32(0xFFFF, bytes, before_, 12);
+    const Vector two = _mm512_subs_epu8(
+        _mm512_alignr_epi8(bytes, sixteen_back, 15), fill(0x40));
+    const Vector three = _mm512_subs_epu8(
+        _mm512_alignr_epi8(bytes, sixteen_back, 14), fill(0x60));
+    const Vector four = _mm512_subs_epu8(
+        _mm512_alignr_epi8(bytes, sixteen_back, 13), fill(0x70));
+    before_ = bytes;
+    return _mm512_movepi8_mask(
+        _mm512_or_si512(_mm512_or_si512(two, three), four));
+  }
+
+  Vector before() const { return before_; }
+
+ private:
+  Vector before_;
+};
+
+// How many of the bytes before `position`, from `first` on, belong to a
+// character that isn't whole there.
+Offset bytes_cut(const Byte* first, const Byte* position) {
+  for (Offset back = 1; back <= 3 && back <= position - first; ++back) {
+    const Byte byte = position[-back];
+    if (byte < 0x80) return 0;
+    if (byte < 0xC0) continue;
+    const Offset length = byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4;
+    return length > back ? back : 0;
+  }
+  return 0;
+}
+
+// Goes over groups of blocks while all is in order and no more than `most`
+// characters are reached.
+void walk_groups(Walk& walk, const Byte* last, Offset most,
+                 Expected& expected) {
+  constexpr Offset kGroup = 4 * kBlock;
+  while (last - walk.next >= kGroup) {
+    const Offset room = most - walk.characters;
+    Vector blocks[4];
+    Vector all = expected.before();
+    for (int i = 0; i < 4; ++i) {
+      __builtin_prefetch(walk.next + kAhead + i * kBlock);
+      blocks[i] = _mm512_loadu_si512(walk.next + i * kBlock);
+      all = _mm512_or_si512(all, blocks[i]);
+    }
+    if (_mm512_movepi8_mask(all) == 0) {
+      if (kGroup > room) return;
+      walk.characters += kGroup;
+      walk.next += kGroup;
+      continue;
+    }
+    Expected after = expected;
+    Word in_order = ~Word{0};
+    Offset characters = 0;
+    for (const Vector block : blocks) {
+      const Word leads = _mm512_cmpgt_epi8_mask(block, fill(0xBF));
+      in_order &= after.take(block) ^ leads;
+      characters += count_bits(leads);
+    }
+    if (~in_order != 0 || characters > room) return;
+    expected = after;
+    walk.characters += characters;
+    walk.next += kGroup;
+  }
+}
+
+Walk walk_characters_avx512(const Byte* first, const Byte* last, Offset most) {
+  Walk walk{first, 0};
+  Expected expected;
+  for (;;) {
+    walk_groups(walk, last, most, expected);
+    const Offset left = last - walk.next;
+    const Offset count = left < kBlock ? left : kBlock;
+    const Word part = low_bits(count);
+    const Vector bytes = LoadPart{part}(walk.next);
+    const Word leads = _mm512_cmpgt_epi8_mask(bytes, fill(0xBF)) & part;
+    const Word wrong = ~(expected.take(bytes) ^ leads) & part;
+    Offset characters = count_bits(leads);
+    const Offset room = most - walk.characters;
+    if (wrong == 0 && count == kBlock && characters <= room) {
+      walk.next += kBlock;
+      walk.characters += characters;
+      continue;
+    }
+    Offset stop = wrong == 0 ? count : lowest_bit(wrong);
+    characters = count_bits(leads & low_bits(stop));
+    if (const Offset cut = bytes_cut(first, walk.next + stop); cut > 0) {
+      stop -= cut;
+      --characters;
+    }
+    if (characters > room) {
+      stop = nth_bit(leads, room);
+      characters = room;
+    }
+    return {walk.next + stop, walk.characters + characters};
+  }
+}
+
+}  // namespace
+
+const ByteKernels kAvx512Kernels = {
+    .name = "AVX-512",
+    .find_byte = find_byte_avx512,
+    .find_byte_backward = find_byte_backward_avx512,
+    .find_pair = find_pair_avx512,
+    .find_member = find_member_avx512,
+    .find_member_backward = find_member_backward_avx512,
+    .find_value = find_value_avx512,
+    .find_non_ascii = find_non_ascii_avx512,
+    .find_anchored = find_anchored_avx512,
+    .find_anchored_backward = find_anchored_backward_avx512,
+    .mark_members = mark_members_avx512,
+    .mark_anchored = mark_anchored_avx512,
+    .list_marks = list_marks_avx512,
+    .mark_leads = mark_leads_avx512,
+    .count_leads = count_leads_avx512,
+    .nth_lead = nth_lead_avx512,
+    .walk_characters = walk_characters_avx512,
+};
+
+}  // namespace quill
+
+#if defined(__clang__)
+#pragma clang attribute pop
+#endif
+
+#endif  // __x86_64__

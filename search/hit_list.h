@@ -1,0 +1,72 @@
+// The positions of a short window at which all anchors hold, listed at once
+// and handed out one after the other.
+//
+// For hits that lie close together: each costs a load, where a search of its
+// own would cost a call and a branch that no processor foresees.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+#include "blocks/byte_scan.h"
+
+namespace quill {
+
+class HitList {
+ public:
+  static constexpr Offset kRoom = 1024;
+
+  bool covers(const Byte* position) const {
+    return position >= first_ && position < last_;
+  }
+  const Byte* last() const { return last_; }
+  void clear() { last_ = first_; }
+  Offset count() const { return count_; }
+
+  // Takes the positions in [first, last), of which there are at most kRoom.
+  void list(const Byte* first, const Byte* last,
+            std::span<const Anchor> anchors) {
+    first_ = first;
+    last_ = last;
+    next_ = 0;
+    const Offset word_count = (last - first + 63) / 64;
+    Words words;
+    const auto at_once = [](std::span<const Anchor> some) {
+      return some.first(std::min<std::size_t>(some.size(), kMostAnchors));
+    };
+    mark_anchored(first, last, at_once(anchors), words.data());
+    while (anchors.size() > kMostAnchors) {
+      anchors = anchors.subspan(kMostAnchors);
+      Words others;
+      mark_anchored(first, last, at_once(anchors), others.data());
+      for (Offset i = 0; i < word_count; ++i) {
+        const auto at = static_cast<std::size_t>(i);
+        words[at] &= others[at];
+      }
+    }
+    count_ = list_marks(words.data(), word_count, offsets_.data());
+  }
+
+  // The first hit in [from, limit), else `limit`; both lie in the window.
+  const Byte* next(const Byte* from, const Byte* limit) {
+    if (next_ > 0 && hit(next_ - 1) >= from) next_ = 0;
+    while (next_ < count_ && hit(next_) < from) ++next_;
+    return next_ < count_ ? std::min(hit(next_), limit) : limit;
+  }
+
+ private:
+  using Words = std::array<std::uint64_t, kRoom / 64>;
+
+  const Byte* hit(Offset index) const {
+    return first_ + offsets_[static_cast<std::size_t>(index)];
+  }
+
+  const Byte* first_ = nullptr;
+  const Byte* last_ = nullptr;
+  Offset count_ = 0;
+  Offset next_ = 0;  // index of the first hit not passed
+  std::array<std::uint16_t, kRoom + kListSlack> offsets_;  // of count_ hits
+};
+
+}  // namespace quill
