@@ -36,17 +36,16 @@ bool LongList::make_room(Offset longs) {
   return true;
 }
 
-bool LongList::append_pairs(std::span<const std::int32_t> longs) {
-  while (!longs.empty()) {
-    const Offset fitting = std::min(std::ssize(longs), room_ - count_);
-    std::copy_n(longs.data(), fitting, longs_ + count_);
+Offset LongList::append_pairs(std::span<const std::int32_t> longs) {
+  Offset appended = 0;
+  for (;;) {
+    const Offset fitting =
+        std::min(std::ssize(longs) - appended, room_ - count_);
+    std::copy_n(longs.data() + appended, fitting, longs_ + count_);
     count_ += fitting;
-    longs = longs.subspan(static_cast<std::size_t>(fitting));
-    if (longs.empty() || grow()) continue;
-    if (failed_to_start_) return false;
-    longs = longs.subspan(2);
+    appended += fitting;
+    if (appended == std::ssize(longs) || !grow()) return appended;
   }
-  return true;
 }
 
 QuillBlock LongList::hand_over() {

@@ -46,9 +46,9 @@ class LongList {
     return append(first_start, first_end) && append(second_start, second_end);
   }
 
-  // Appends the longs of whole pairs, but leaves out each for which the list
-  // can't grow. False when not even the first full-sized Block could be had.
-  [[nodiscard]] bool append_pairs(std::span<const std::int32_t> longs);
+  // Appends the longs of whole pairs up to one for which the list can't grow,
+  // and returns how many longs that were.
+  [[nodiscard]] Offset append_pairs(std::span<const std::int32_t> longs);
 
   Offset long_count() const { return count_; }
 

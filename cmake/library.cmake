@@ -22,7 +22,9 @@ if(QUILLCORE_SHARED)
   # A host written in C gets the C++ runtime only if the library calls it.
   target_link_options(quillcore PRIVATE
     LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/hide_standard_library.map
-    LINKER:--as-needed)
+    LINKER:--as-needed
+    # One page less of padding at each border between code and data.
+    LINKER:-z,noseparate-code)
   set_target_properties(quillcore PROPERTIES
     LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/hide_standard_library.map)
 else()

@@ -57,11 +57,8 @@ class MatchList final : public MatchSink {
   explicit MatchList(LongList& list) : list_(list) {}
 
   Offset take(const std::int32_t* matches, Offset count) override {
-    const Offset before = list_.long_count();
     const auto longs = static_cast<std::size_t>(2 * count);
-    return list_.append_pairs({matches, longs})
-               ? count
-               : (list_.long_count() - before) / 2;
+    return list_.append_pairs({matches, longs}) / 2;
   }
 
  private:

@@ -17,12 +17,21 @@ namespace {
 Offset bits_in_map(Offset text_length) { return text_length + 2; }
 Offset bytes_in_map(Offset text_length) { return (text_length + 9) / 8; }
 
-// Appends the map's runs. False when not even the first full-sized Block could
-// be had; later, runs that no longer fit are left out.
+// Appends the runs, but leaves out each for which the list can't grow. False
+// when not even the first full-sized Block could be had.
+bool list_those_that_fit(std::span<const std::int32_t> runs, LongList& list) {
+  for (;;) {
+    runs = runs.subspan(static_cast<std::size_t>(list.append_pairs(runs)));
+    if (runs.empty()) return true;
+    if (list.failed_to_start()) return false;
+    runs = runs.subspan(2);
+  }
+}
+
 bool list_runs(const Byte* map, Offset text_length, LongList& list) {
   take_runs(map, bits_in_map(text_length),
             [&](std::span<const std::int32_t> runs) {
-              return list.append_pairs(runs);
+              return list_those_that_fit(runs, list);
             });
   return !list.failed_to_start();
 }
