@@ -27,6 +27,7 @@ class HitList {
   // Takes the positions in [first, last), of which there are at most kRoom.
   void list(const Byte* first, const Byte* last,
             std::span<const Anchor> anchors) {
+    assert(!anchors.empty() && last - first <= kRoom);
     first_ = first;
     last_ = last;
     next_ = 0;

@@ -94,11 +94,12 @@ void StringFilter::prepare(const Byte* text, Offset start, Offset end,
 
 void StringFilter::decide(const ByteSet* sides) {
   if (char_count_ > kMostDecisive) return;
-  may_decide_ = true;
-  if (sides == nullptr) return;
-  has_sides_ = true;
-  decisive_[decisive_count_++] = Anchor(*sides, -1);
-  decisive_[decisive_count_++] = Anchor(*sides, char_count_);
+  if (sides != nullptr) {
+    has_sides_ = true;
+    decisive_[decisive_count_++] = Anchor(*sides, -1);
+    decisive_[decisive_count_++] = Anchor(*sides, char_count_);
+  }
+  may_decide_ = decisive_count_ > 0;  // else all elements are open
 }
 
 // How far behind a candidate's start order must be proved. The elements before
