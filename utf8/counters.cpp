@@ -53,19 +53,19 @@ Offset count_on(const Byte* text, Offset& position, Offset end, Offset most) {
   return count;
 }
 
-Offset count_all(const Byte* text, Offset start, Offset end,
-                 YieldMeter& meter) {
+void count_all(const Byte* text, Offset start, Offset end, YieldMeter& meter,
+               std::int32_t& count) {
   Offset position = start;
-  Offset count = 0;
+  Offset total = 0;
   while (position < end && meter.go_on()) {
     const Offset stretch = meter.units_left();
     const Offset counted = count_on(text, position, end, stretch);
-    count += counted;
+    total += counted;
+    count = to_long(total);  // the host may look at it when it is asked
     if (counted < stretch) break;
     meter.skip(stretch - 1);
     meter.tick(position);
   }
-  return count;
 }
 
 bool is_countable(const char* text, std::int32_t start, std::int32_t end) {
@@ -122,7 +122,7 @@ std::int32_t utf8_CountCharactersTask(const char* text, std::int32_t start,
   *count = 0;
   if (!is_countable(text, start, end)) return 0;
   YieldMeter meter(reference, yield);
-  *count = to_long(count_all(as_bytes(text), start, end, meter));
+  count_all(as_bytes(text), start, end, meter, *count);
   return 1;
 }
 

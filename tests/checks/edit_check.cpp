@@ -102,6 +102,10 @@ EditCall draw_edit_call(Input& in) {
   EditCall call;
   call.operation = static_cast<EditCall::Operation>(in.between(0, 4));
   call.text = in.any_text(in.pick({4, 40, 100}));
+  // Runs of every length that moves differently.
+  for (int runs = in.one_in(4) ? 20 : 0; runs > 0; --runs) {
+    call.text += in.long_text(in.between(0, in.pick({30, 150, 600})));
+  }
   const bool is_nearly_ascii = in.one_in(3);
   if (is_nearly_ascii) {
     call.text = in.letters(in.between(1, 100), 26);

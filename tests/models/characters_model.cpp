@@ -122,13 +122,11 @@ int32_t utf8_CountCharactersTask(const char* text, int32_t start, int32_t end,
   if (start > end || start < 0 || text == nullptr) return 0;
   Meter meter(reference, yield);
   int32_t i = start;
-  int32_t counted = 0;
   while (i < end && meter.go_on) {
     i += announced_length(text, i);
-    ++counted;
+    ++*count;
     meter.tick(i);
   }
-  *count = counted;
   return 1;
 }
 
