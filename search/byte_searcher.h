@@ -1,8 +1,8 @@
 // Searches one byte string, the needle, in a text: made once per call of an
 // export, then asked for occurrence after occurrence.
 //
-// Candidates are the positions where the needle's three rarest bytes stand. They
-// are compared in full until the comparisons outgrow the distance covered;
+// Candidates are the positions where the needle's three rarest bytes stand.
+// They are compared in full until the comparisons outgrow the distance covered;
 // then a search that is linear whatever comes takes over for a while. Nothing
 // is prepared before a range is long enough to pay for it.
 #pragma once
