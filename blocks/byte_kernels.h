@@ -4,11 +4,13 @@
 #include <span>
 
 #include "blocks/byte_scan.h"
+#include "blocks/instructions.h"
 
 namespace quill {
 
 struct ByteKernels {
   const char* name;
+  Instructions level;  // of the kernels elsewhere that go with these
   decltype(&quill::find_byte) find_byte;
   decltype(&quill::find_byte_backward) find_byte_backward;
   decltype(&quill::find_pair) find_pair;

@@ -129,7 +129,7 @@ struct Isa {
 
 namespace quill {
 
-const ByteKernels kAvx2Kernels = vector_kernels("AVX2");
+const ByteKernels kAvx2Kernels = vector_kernels("AVX2", Instructions::kAvx2);
 
 }  // namespace quill
 

@@ -527,6 +527,7 @@ Walk walk_characters_avx512(const Byte* first, const Byte* last, Offset most) {
 
 const ByteKernels kAvx512Kernels = {
     .name = "AVX-512",
+    .level = Instructions::kAvx512,
     .find_byte = find_byte_avx512,
     .find_byte_backward = find_byte_backward_avx512,
     .find_pair = find_pair_avx512,

@@ -166,6 +166,7 @@ Walk walk_characters_portable(const Byte* first, const Byte* last,
 
 const ByteKernels kPortableKernels = {
     .name = "portable",
+    .level = Instructions::kPlain,
     .find_byte = find_byte_portable,
     .find_byte_backward = find_byte_backward_portable,
     .find_pair = find_pair_portable,

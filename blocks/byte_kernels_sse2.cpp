@@ -76,7 +76,7 @@ struct Isa {
 
 namespace quill {
 
-const ByteKernels kSse2Kernels = vector_kernels("SSE2");
+const ByteKernels kSse2Kernels = vector_kernels("SSE2", Instructions::kPlain);
 
 }  // namespace quill
 

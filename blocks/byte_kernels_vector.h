@@ -597,9 +597,10 @@ Walk vector_walk_characters(const Byte* first, const Byte* last, Offset most) {
   return walk;
 }
 
-constexpr ByteKernels vector_kernels(const char* name) {
+constexpr ByteKernels vector_kernels(const char* name, Instructions level) {
   return {
       .name = name,
+      .level = level,
       .find_byte = vector_find_byte,
       .find_byte_backward = vector_find_byte_backward,
       .find_pair = vector_find_pair,

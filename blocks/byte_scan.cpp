@@ -22,6 +22,7 @@ std::span<const ByteKernels* const> find_available() {
   if (!has_avx2) return {kKnown, 2};
   const bool has_avx512 = __builtin_cpu_supports("avx512bw") &&
                           __builtin_cpu_supports("avx512vl") &&
+                          __builtin_cpu_supports("avx512vbmi") &&
                           __builtin_cpu_supports("avx512vbmi2");
   return {kKnown, has_avx512 ? 4u : 3u};
 }
@@ -51,6 +52,8 @@ std::span<const ByteKernels* const> available_kernels() {
 void force_kernels(const ByteKernels* kernels) {
   g_kernels = kernels != nullptr ? kernels : find_available().back();
 }
+
+Instructions instructions() { return kernels().level; }
 
 Anchor::Anchor(Byte wanted, Offset from_position)
     : set(ByteSet::of(wanted)),

@@ -1,9 +1,6 @@
 #include "tests/support/compare.h"
 
-#include <string_view>
-
 #include "blocks/byte_kernels.h"
-#include "blocks/instructions.h"
 
 namespace quill::test {
 namespace {
@@ -11,14 +8,6 @@ namespace {
 int questions(const Run& run, HostPlan plan) {
   plan.stop_at = kNever;
   return static_cast<int>(observe(run, Side::kNaive, plan).asked.size());
-}
-
-// The level of instructions that a set of byte kernels is of.
-Instructions level_beside(const ByteKernels& kernels) {
-  const std::string_view name = kernels.name;
-  if (name == "AVX-512") return available_instructions().back();
-  if (name == "AVX2") return Instructions::kAvx2;
-  return Instructions::kPlain;
 }
 
 }  // namespace
@@ -50,7 +39,6 @@ std::string first_difference(const Run& run, HostPlan plan) {
   std::string difference;
   for (const ByteKernels* kernels : available_kernels()) {
     force_kernels(kernels);
-    force_instructions(level_beside(*kernels));
     const Outcome seen = observe(run, Side::kLibrary, plan);
     if (seen == wanted) continue;
     difference = show_fields("\nlibrary", show(seen).c_str(), "\nnaive",
@@ -61,7 +49,6 @@ std::string first_difference(const Run& run, HostPlan plan) {
     break;
   }
   force_kernels(nullptr);
-  force_instructions(available_instructions().back());
   return difference;
 }
 
