@@ -7,7 +7,6 @@
 #pragma once
 
 #include <array>
-#include <cstdint>
 
 #include "blocks/short_move.h"
 
@@ -17,10 +16,9 @@ constexpr Offset kCacheLine = 64;
 constexpr Offset kTwoLines = 2 * kCacheLine;
 constexpr Offset kFetchAhead = 4096;
 
+// The address may lie outside the text; it is only asked for.
 inline void fetch(const char* around, Offset distance) {
-  __builtin_prefetch(
-      reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(around) +
-                                    static_cast<std::uintptr_t>(distance)));
+  __builtin_prefetch(around + distance);
 }
 
 // The run's bytes are among the first of the lines, or among the last.

@@ -26,7 +26,7 @@ class Rows {
   explicit Rows(const CharacterMap& map) {
     const __m128i column =
         _mm_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
-    for (int row = 0; row < 8; ++row) {
+    for (Offset row = 0; row < 8; ++row) {
       if ((map.changed_rows >> row & 1) == 0) continue;
       const __m128i mapped = _mm_loadu_si128(
           reinterpret_cast<const __m128i_u*>(map.ascii.data() + row * 16));
