@@ -1,37 +1,34 @@
-#include "tests/models/breaks_model.h"
-
-#include "tests/models/characters_model.h"
-#include "tests/models/meter.h"
+#include "tests/models/naive.h"
 #include "tests/support/blocks.h"
 
 namespace quill::naive {
 namespace {
 
-bool is_refused(QuillBlock text, int32_t start, int32_t end, int32_t unit) {
+bool is_refused(QuillBlock text, Long start, Long end, Long unit) {
   return text == nullptr || start < 0 || end <= start || unit < 1 ||
          end > GetBlockSize(text);
 }
 
-int32_t hand_over(const test::Longs& positions, QuillBlock* list,
-                  int32_t* long_count) {
+Long hand_over(const test::Longs& positions, QuillBlock* list,
+               Long* long_count) {
   test::Longs twice;
-  for (const int32_t position : positions) {
+  for (const Long position : positions) {
     twice.insert(twice.end(), 2, position);
   }
   *list = test::block_of(twice);
-  *long_count = static_cast<int32_t>(twice.size());
+  *long_count = test::length_of(twice);
   return 1;
 }
 
 }  // namespace
 
-int32_t utf8_FindBreaks(const char* text, int32_t lower_bound, int32_t end,
-                        const int32_t* backward_class, int32_t backward_count,
-                        unsigned char backward_flag,
-                        const int32_t* forward_class, int32_t forward_count,
-                        unsigned char forward_flag, int32_t* selection_start,
-                        int32_t* selection_end, unsigned char* break_found,
-                        int32_t reference, QuillYield yield) {
+Long utf8_FindBreaks(const char* text, Long lower_bound, Long end,
+                     const Long* backward_class, Long backward_count,
+                     unsigned char backward_flag, const Long* forward_class,
+                     Long forward_count, unsigned char forward_flag,
+                     Long* selection_start, Long* selection_end,
+                     unsigned char* break_found, Long reference,
+                     QuillYield yield) {
   *break_found = 1;
   const auto fail = [&] {
     *break_found = 0;
@@ -39,7 +36,7 @@ int32_t utf8_FindBreaks(const char* text, int32_t lower_bound, int32_t end,
   };
   if (backward_count > 0) {
     Meter meter(reference, yield);
-    int32_t p = *selection_start;
+    Long p = *selection_start;
     for (bool widening = true; widening;) {
       if (p <= lower_bound) {
         *selection_start = lower_bound;
@@ -61,7 +58,7 @@ int32_t utf8_FindBreaks(const char* text, int32_t lower_bound, int32_t end,
   }
   if (forward_count <= 0) return 1;
   Meter meter(reference, yield);
-  int32_t q = *selection_end;
+  Long q = *selection_end;
   for (bool widening = true; widening;) {
     if (q >= end) {
       *selection_end = end;
@@ -83,16 +80,16 @@ int32_t utf8_FindBreaks(const char* text, int32_t lower_bound, int32_t end,
   return 1;
 }
 
-int32_t utf8_ComputeBreaks(QuillBlock text, int32_t start, int32_t end,
-                           int32_t chunk, QuillBlock* list, int32_t* long_count,
-                           int32_t reference, QuillYield yield) {
+Long utf8_ComputeBreaks(QuillBlock text, Long start, Long end, Long chunk,
+                        QuillBlock* list, Long* long_count, Long reference,
+                        QuillYield yield) {
   if (is_refused(text, start, end, chunk)) return 0;
   UnlockBlock(text);
   test::Longs positions;
   Meter meter(reference, yield);
-  int32_t p = start;
+  Long p = start;
   while (p < end && meter.go_on) {
-    int32_t count = 0;
+    Long count = 0;
     while (count < chunk && p < end) {
       const Character read = containing_character(*text, p, end);
       if (!read.was_read || read.next <= p) return 0;
@@ -105,18 +102,17 @@ int32_t utf8_ComputeBreaks(QuillBlock text, int32_t start, int32_t end,
   return hand_over(positions, list, long_count);
 }
 
-int32_t utf8_ComputeSpaceBreaks(QuillBlock text, int32_t start, int32_t end,
-                                int32_t width, QuillBlock* list,
-                                int32_t* long_count, int32_t reference,
-                                QuillYield yield) {
+Long utf8_ComputeSpaceBreaks(QuillBlock text, Long start, Long end, Long width,
+                             QuillBlock* list, Long* long_count, Long reference,
+                             QuillYield yield) {
   if (is_refused(text, start, end, width)) return 0;
   UnlockBlock(text);
   test::Longs positions;
   Meter meter(reference, yield);
-  int32_t p = start;
+  Long p = start;
   while (p < end && meter.go_on) {
-    int32_t limit = p + width;
-    int32_t last_space = -1;
+    Long limit = p + width;
+    Long last_space = -1;
     while (p < limit && p < end) {
       const Character read = next_character(*text, p, end);
       if (!read.was_read) return 0;

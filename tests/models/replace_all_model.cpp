@@ -1,10 +1,4 @@
-#include "tests/models/replace_all_model.h"
-
-#include "tests/models/byte_search_model.h"
-#include "tests/models/edit_model.h"
-#include "tests/models/meter.h"
-#include "tests/models/pattern_model.h"
-#include "tests/models/string_search_model.h"
+#include "tests/models/naive.h"
 #include "tests/support/blocks.h"
 
 namespace quill::naive {
