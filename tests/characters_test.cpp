@@ -69,10 +69,8 @@ const char* const kWord = "h\xC3\xA9l\xE2\x82\xAC\xF0\x9F\x98\x80";
 TEST(Readers, FollowTheirRules) {
   using enum CharacterCall::Operation;
   const Case cases[] = {
-      {"a packed character", kNext, kWord, 1, 11, 1, {1, -9, 0xA9C3, 3}},
       {"from inside one", kNext, kWord, 2, 11, 1, {3, -9, 0x6C, 4}},
       {"cut by the end", kNext, kWord, 7, 10, 0, {-9, -9, -9, 10}},
-      {"three bytes", kNextValue, kWord, 4, 11, 1, {4, 3, 0x20AC, 7}},
       {"four bytes", kNextValue, kWord, 7, 11, 1, {7, 4, 0x1F600, 11}},
       {"the one around", kContaining, kWord, 6, 11, 1, {4, -9, 0xAC82E2, 7}},
       {"no lead before", kContaining, "\x80\x80z", 1, 3, 1, {2, -9, 0x7A, 3}},
@@ -89,9 +87,7 @@ TEST(Counters, FollowTheirRules) {
   using enum CharacterCall::Operation;
   constexpr std::int32_t kMost = 2'147'483'647;
   const Case cases[] = {
-      {"characters, not bytes", kCount, kWord, 0, 11, 1, {5}},
       {"a continuation byte counts", kCount, kWord, 2, 11, 1, {4}},
-      {"turned round", kCount, kWord, 4, 3, 0, {0}},
       {"past the second", kCountToOffset, kWord, 0, 11, 1, {2, 3}, 2},
       {"more than there are", kCountToOffset, kWord, 0, 11, 0, {5, 11}, 9},
       {"none is refused", kCountToOffset, kWord, 0, 11, 0, {0, 11}, 0},

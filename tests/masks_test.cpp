@@ -36,7 +36,6 @@ TEST(Masks, MapOneCharacter) {
   };
   const Case cases[] = {
       {"the first of equal keys", ordered, 3, 0x41, {1, 1, 1, 1, 0}},
-      {"no key", ordered, 3, 0x43, {0x43, 0x43, 0, 0, 1}},
       {"bisection misses it", unordered, 3, 0x42, {0x42, 1, 1}},
       {"fewer keys than none", ordered, -1, 0x41, {0x41, 0x41, 0, 0, 1}},
   };
@@ -63,7 +62,6 @@ TEST(Masks, RewriteByTheirRules) {
       {"and zero bytes", kRewrite, "az", 2, 0, 2, {}, "\xC3\x81z"},
       {"a negative count maps nothing", kRewrite, "ab", -1, 0, 2, {}, "ab"},
       {"an empty mask", kRewrite, "ab", 0, 0, 2, {}, nullptr},
-      {"an empty range", kRewrite, "ab", 2, 1, 1, {}, nullptr},
       {"before the text", kRewrite, "ab", 2, -1, 1, {}, nullptr},
       {"half a character", kRewrite, "b\xC3\xA9", 2, 0, 2, {}, ""},
       {"here", kRewriteSelections, "bbbb", 2, 0, 0, {1, 2, 3, 4}, "bBbB"},

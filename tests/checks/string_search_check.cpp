@@ -38,25 +38,19 @@ Longs matches_by_filter(const StringCall& c, Side side, bool backward) {
 }  // namespace
 
 StringCall StringSearch::arguments(const char* at) const {
-  StringCall c = {at,
-                  start,
-                  end,
-                  pattern.data(),
-                  pattern_count,
-                  flags ? flags->data() : nullptr,
-                  mask.key_data(),
-                  mask.value_data(),
-                  mask_count,
-                  breaks ? breaks->data() : nullptr,
-                  break_count,
-                  edge,
-                  invert};
-  if (null == kText) c.text = nullptr;
-  if (null == kPattern) c.pattern = nullptr;
-  if (null == kKeys) c.mask_keys = nullptr;
-  if (null == kValues) c.mask_values = nullptr;
-  if (null == kBreaks) c.breaks = nullptr;
-  return c;
+  return {null == kText ? nullptr : at,
+          start,
+          end,
+          null == kPattern ? nullptr : pattern.data(),
+          pattern_count,
+          flags ? flags->data() : nullptr,
+          null == kKeys ? nullptr : mask.key_data(),
+          null == kValues ? nullptr : mask.value_data(),
+          mask_count,
+          null == kBreaks || !breaks ? nullptr : breaks->data(),
+          break_count,
+          edge,
+          invert};
 }
 
 Outcome StringSearch::run(Side side, QuillYield yield) const {

@@ -29,55 +29,40 @@ Long utf8_FindBreaks(const char* text, Long lower_bound, Long end,
                      Long* selection_start, Long* selection_end,
                      unsigned char* break_found, Long reference,
                      QuillYield yield) {
-  *break_found = 1;
-  const auto fail = [&] {
-    *break_found = 0;
-    return 0;
-  };
-  if (backward_count > 0) {
+  const auto widen = [&](bool backward, const Long* members, Long count,
+                         unsigned char flag, Long* edge) {
+    const Long bound = backward ? lower_bound : end;
     Meter meter(reference, yield);
-    Long p = *selection_start;
+    Long at = *edge;
     for (bool widening = true; widening;) {
-      if (p <= lower_bound) {
-        *selection_start = lower_bound;
+      if (backward ? at <= bound : at >= bound) {
+        *edge = bound;
         *break_found = 0;
-        break;
+        return true;
       }
-      const Character read = previous_character(text, p, end);
-      if (!read.was_read) return fail();
-      p = read.start;
-      const bool member =
-          utf8_InList(read.packed, backward_class, backward_count) == 1;
-      if (member != (backward_flag == 1)) {
-        *selection_start = read.next;
+      const Character read = backward ? previous_character(text, at, end)
+                                      : next_character(text, at, end);
+      if (!read.was_read) return false;
+      at = backward ? read.start : read.next;
+      const bool member = utf8_InList(read.packed, members, count) == 1;
+      if (member != (flag == 1)) {
+        *edge = backward ? read.next : read.start;
         widening = false;
       }
       meter.tick(lower_bound);
-      if (!meter.go_on) return fail();
+      if (!meter.go_on) return false;
     }
+    return true;
+  };
+  *break_found = 1;
+  if ((backward_count <= 0 || widen(true, backward_class, backward_count,
+                                    backward_flag, selection_start)) &&
+      (forward_count <= 0 || widen(false, forward_class, forward_count,
+                                   forward_flag, selection_end))) {
+    return 1;
   }
-  if (forward_count <= 0) return 1;
-  Meter meter(reference, yield);
-  Long q = *selection_end;
-  for (bool widening = true; widening;) {
-    if (q >= end) {
-      *selection_end = end;
-      *break_found = 0;
-      return 1;
-    }
-    const Character read = next_character(text, q, end);
-    if (!read.was_read) return fail();
-    q = read.next;
-    const bool member =
-        utf8_InList(read.packed, forward_class, forward_count) == 1;
-    if (member != (forward_flag == 1)) {
-      *selection_end = read.start;
-      widening = false;
-    }
-    meter.tick(lower_bound);
-    if (!meter.go_on) return fail();
-  }
-  return 1;
+  *break_found = 0;
+  return 0;
 }
 
 Long utf8_ComputeBreaks(QuillBlock text, Long start, Long end, Long chunk,

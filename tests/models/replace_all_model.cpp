@@ -18,10 +18,10 @@ struct Insertion {
   bool keeps_block;  // also under an overlay
 };
 
-// Returns InsertStr's result. An edit that would move `position` out of 32 bits
-// is not made.
+// Returns InsertStr's result. Both offsets move with the end of the text; an
+// edit that would move `position` out of 32 bits is not made.
 Long insert(QuillBlock* text, const Matches& matches,
-            const Insertion& insertion, Long position, Long* change) {
+            const Insertion& insertion, Long* to, Long* position) {
   const QuillBlock copy = test::block_of(test::bytes_of(*text));
   test::HeldBlock edited(copy);
   if (naive::InsertStr(&edited.block, matches.list.block, insertion.string,
@@ -30,14 +30,15 @@ Long insert(QuillBlock* text, const Matches& matches,
   }
   const std::int64_t difference =
       std::int64_t{GetBlockSize(edited.block)} - GetBlockSize(*text);
-  const std::int64_t moved = position + difference;
+  const std::int64_t moved = *position + difference;
   if (moved != static_cast<Long>(moved)) return 0;
   if (insertion.keeps_block || edited.block == copy) {
     test::set_bytes(*text, edited.bytes());
   } else {
     std::swap(*text, edited.block);
   }
-  *change = static_cast<Long>(difference);
+  *to += static_cast<Long>(difference);
+  *position = static_cast<Long>(moved);
   return 1;
 }
 
@@ -58,13 +59,8 @@ Long ReplaceStrAll(QuillBlock text, Long from, Long* to, const char* pattern,
     *position = *to;
     return 0;
   }
-  Long change = 0;
-  const Long result =
-      insert(&text, matches, {string, string_length, insert_flags, true},
-             *position, &change);
-  *to += change;
-  *position += change;
-  return result;
+  return insert(&text, matches, {string, string_length, insert_flags, true}, to,
+                position);
 }
 
 Long utf8_ReplaceStrAll(QuillBlock* text, Long from, Long* to,
@@ -89,13 +85,8 @@ Long utf8_ReplaceStrAll(QuillBlock* text, Long from, Long* to,
                          &matches.list.block, &matches.long_count,
                          &matches.stop, reference, yield);
   if (matches.long_count == 0) return 1;
-  Long change = 0;
-  const Long result =
-      insert(text, matches, {string, string_length, insert_flags, false},
-             *position, &change);
-  *to += change;
-  *position += change;
-  return result;
+  return insert(text, matches, {string, string_length, insert_flags, false}, to,
+                position);
 }
 
 Long utf8_ReplacePatternAll(QuillBlock* text, Long from, Long* to,
@@ -113,13 +104,12 @@ Long utf8_ReplacePatternAll(QuillBlock* text, Long from, Long* to,
   naive::utf8_FindPatternAll(**text, from, *to, parts, part_count,
                              &matches.list.block, &matches.long_count,
                              &matches.stop, reference, yield);
-  Long change = 0;
+  Long no_position = 0;
   const Long result =
       matches.long_count == 0
           ? 1
           : insert(text, matches, {string, string_length, insert_flags, false},
-                   0, &change);
-  *to += change;
+                   to, &no_position);
   *new_end = *to;
   return result;
 }
