@@ -129,6 +129,7 @@ TEST(SelectionSets, KeepTheirRules) {
        {5, 9, 0, 3, 2, 4, 7, 7},
        10,
        {0, 4, 5, 9}},
+      {"what touches is joined", {0, 5, 5, 9}, 9, {0, 9}},
       {"a gap of one stays", {0, 5, 6, 9}, 9, {0, 5, 6, 9}},
       {"turned round, and a lone long", {9, 7, 4}, 10, {}},
       {"cut to the text", {INT32_MIN, INT32_MAX}, 10, {0, 10}},

@@ -146,6 +146,17 @@ TEST(StringSearch, WritesAMatchBeforeTheHostIsAsked) {
             (Longs{0, 3, -83, -84, 0, 3, -83, -84, 2, 3, -83, -84}));
 }
 
+// So many members that they are indexed, ASCII and the rest apart.
+TEST(BreakChars, CountUpToTheLastOfAscii) {
+  StringSearch call = {.pattern = spell("a"), .breaks = Longs(5000, 0x7F)};
+  while (call.text.size() < 30'000)
+    call.text +=
+        "\x7F"
+        "a";
+  call.end = length_of(call.text);
+  EXPECT_EQ(first_difference(call), "");
+}
+
 TEST(StringSearch, OutlivesShortMemory) {
   StringSearch call = {.pattern = spell("a"), .breaks = Longs(5000, 'a')};
   for (const std::string& text :

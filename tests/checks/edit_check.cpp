@@ -92,7 +92,7 @@ std::string EditCall::show() const {
                      missing);
 }
 
-EditCall draw_edit_call(Input& in) {
+std::string check_edit(Input& in) {
   EditCall call;
   call.operation = static_cast<EditCall::Operation>(in.between(0, 4));
   call.text = in.any_text(in.pick({4, 40, 100}));
@@ -129,11 +129,7 @@ EditCall draw_edit_call(Input& in) {
   if (in.one_in(16)) {
     call.missing = static_cast<EditCall::Missing>(in.between(1, 5));
   }
-  return call;
-}
-
-std::string check_edit(Input& in) {
-  return first_difference(draw_edit_call(in));
+  return first_difference(call);
 }
 
 }  // namespace quill::test

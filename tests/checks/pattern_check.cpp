@@ -63,7 +63,7 @@ std::string PatternCall::show() const {
                      "key", key);
 }
 
-PatternCall draw_pattern_call(Input& in) {
+std::string check_pattern(Input& in) {
   PatternCall call;
   call.operation = static_cast<PatternCall::Operation>(in.between(0, 7));
   call.parts = draw_range_parts(in);
@@ -79,11 +79,6 @@ PatternCall draw_pattern_call(Input& in) {
   // Only a Block tells where the text ends.
   if (call.operation != PatternCall::kSort) call.to = std::min(call.to, size);
   call.is_text_null = in.one_in(64);
-  return call;
-}
-
-std::string check_pattern(Input& in) {
-  const PatternCall call = draw_pattern_call(in);
   return first_difference(call, in.host());
 }
 

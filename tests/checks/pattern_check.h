@@ -32,7 +32,6 @@ struct PatternCall {
   std::string show() const;
 };
 
-PatternCall draw_pattern_call(Input& in);
 std::string check_pattern(Input& in);
 
 }  // namespace quill::test

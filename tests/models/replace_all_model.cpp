@@ -42,6 +42,16 @@ Long insert(QuillBlock* text, const Matches& matches,
   return 1;
 }
 
+// Whether there is a text, and it reaches to `to`. Where it is too short,
+// `position` becomes `to`.
+bool is_searchable(QuillBlock text, Long to, Long* position) {
+  if (text == nullptr) return false;
+  UnlockBlock(text);
+  if (to <= GetBlockSize(text)) return true;
+  *position = to;
+  return false;
+}
+
 }  // namespace
 
 Long ReplaceStrAll(QuillBlock text, Long from, Long* to, const char* pattern,
@@ -49,11 +59,9 @@ Long ReplaceStrAll(QuillBlock text, Long from, Long* to, const char* pattern,
                    Long string_length, const unsigned char* insert_flags, Long,
                    Long, Long, Long, Long* position, Long reference,
                    QuillYield yield) {
-  if (text == nullptr) return 0;
-  UnlockBlock(text);
+  if (!is_searchable(text, *to, position)) return 0;
   Matches matches;
-  if (*to > GetBlockSize(text) ||
-      FindStrAll(*text, from, *to, pattern, pattern_length, 0, 0, 0, 0,
+  if (FindStrAll(*text, from, *to, pattern, pattern_length, 0, 0, 0, 0,
                  &matches.list.block, &matches.long_count, &matches.stop,
                  reference, yield) == 0) {
     *position = *to;
@@ -72,12 +80,7 @@ Long utf8_ReplaceStrAll(QuillBlock* text, Long from, Long* to,
                         Long break_count, unsigned char edge_flag,
                         unsigned char invert_flag, Long* position,
                         Long reference, QuillYield yield) {
-  if (*text == nullptr) return 0;
-  UnlockBlock(*text);
-  if (*to > GetBlockSize(*text)) {
-    *position = *to;
-    return 0;
-  }
+  if (!is_searchable(*text, *to, position)) return 0;
   Matches matches;
   naive::utf8_FindStrAll(**text, from, *to, pattern, pattern_count,
                          search_flags, mask_keys, mask_values, mask_count,
@@ -94,12 +97,7 @@ Long utf8_ReplacePatternAll(QuillBlock* text, Long from, Long* to,
                             const char* string, Long string_length,
                             const unsigned char* insert_flags, Long* new_end,
                             Long reference, QuillYield yield) {
-  if (*text == nullptr) return 0;
-  UnlockBlock(*text);
-  if (*to > GetBlockSize(*text)) {
-    *new_end = *to;
-    return 0;
-  }
+  if (!is_searchable(*text, *to, new_end)) return 0;
   Matches matches;
   naive::utf8_FindPatternAll(**text, from, *to, parts, part_count,
                              &matches.list.block, &matches.long_count,
