@@ -5,7 +5,7 @@
 
 #include "tests/checks/edit_check.h"
 #include "tests/support/alphabet.h"
-#include "tests/support/heap_watch.h"
+#include "tests/support/expect.h"
 #include "tests/support/random_inputs.h"
 
 namespace quill::test {
@@ -15,8 +15,6 @@ TEST(Edits, AgreeWithNaiveTwinsOnRandomCalls) {
   for_random_inputs(51, 40'000, check_edit);
 }
 
-// The answers are stated by hand: for the library, and for the twins that it is
-// compared with.
 TEST(InsertStr, KeepsItsRules) {
   const struct {
     const char* why;
@@ -28,40 +26,24 @@ TEST(InsertStr, KeepsItsRules) {
     const char* edited;
     Longs places;
   } cases[] = {
-      {"grow, shrink, grow",
-       "AbYYYYcZd",
-       {1, 1, 2, 6, 7, 8},
-       "SS",
-       {},
-       1,
-       "ASSbSScSSd",
-       {1, 1, 2, 4, 5, 6}},
+      {"mixed", "AbYYYZ", {1, 1, 2, 5}, "SS", {}, 1, "ASSbSSZ", {1, 1, 2, 4}},
       {"nothing to put in", "abcd", {1, 3}, "", {}, 1, "ad", {1, 3}},
       {"an empty list", "abc", {}, "X", {}, 0, "abc", {}},
       {"fixed by any flag", "abc", {1, 2}, "XY", {1, 2}, 1, "aXYc", {1, 2}},
-      {"an overlay",
-       "a 12, 345 z",
-       {2, 4, 6, 9},
-       "(__)",
-       {1, 0, 0, 1},
-       1,
-       "a (2_), (45) z",
-       {2, 4, 6, 9}},
+      {"overlaid", "a 12z", {2, 4}, "(__", {1, 0, 0}, 1, "a (2_z", {2, 4}},
       {"cut", "a\xC3\xA9z", {0, 4}, "XY", {0, 0}, 1, "a\xC3\xA9", {0, 4}},
-      {"an overlay of nothing", "abc", {}, "X", {0}, 1, "abc", {}},
       {"no character", "abc", {1, 2}, "\x80", {0}, 1, "ac", {1, 2}},
-      {"into an empty text", "", {0, 0}, "X", {}, 1, "X", {0, 0}},
   };
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.why);
-    const EditCall call = {
-        .text = c.text, .list = c.list, .string = c.string, .flags = c.flags};
-    for (const Side side : {Side::kLibrary, Side::kNaive}) {
-      const Outcome o = observe(run_of(call), side, {});
-      EXPECT_EQ(o.result, c.result);
-      EXPECT_EQ(o.text.bytes, c.edited);
-      EXPECT_EQ(longs_in(o.list.bytes), c.places);
-    }
+    const EditCall call = {.text = c.text,
+                           .list = c.list,
+                           .string = c.string,
+                           .flags = c.flags,
+                           .is_locked = false};
+    expect_answer(c.why, call,
+                  {.result = c.result,
+                   .list = unlocked(bytes_in(c.places)),
+                   .text = unlocked(c.edited)});
   }
 }
 
@@ -75,17 +57,15 @@ TEST(Edits, WrapDeleteAndApplyATable) {
                                {8, 11, nullptr, 0, 0},
                                {12, 14, nullptr, 4, 3},
                                {19, 22, nullptr, 0, 1}}};
-  for (const Side side : {Side::kLibrary, Side::kNaive}) {
-    call.operation = EditCall::kWrap;
-    EXPECT_EQ(observe(run_of(call), side, {}).text.bytes,
-              "<theupon cat <satupon on the mat");
-    call.operation = EditCall::kDelete;
-    EXPECT_EQ(observe(run_of(call), side, {}).text.bytes, " cat  on the mat");
-    call.operation = EditCall::kMultiple;
-    const Outcome o = observe(run_of(call), side, {});
-    EXPECT_EQ(o.text.bytes, "u uponsat upon the ");
-    EXPECT_EQ(o.outs, (Longs{1, 0, 1, 2, 6, 6, 9, 10, 12, 17, 17}));
-  }
+  call.operation = EditCall::kWrap;
+  expect_answer("wrap", call,
+                {.text = unlocked("<theupon cat <satupon on the mat")});
+  call.operation = EditCall::kDelete;
+  expect_answer("delete", call, {.text = unlocked(" cat  on the mat")});
+  call.operation = EditCall::kMultiple;
+  expect_answer("table", call,
+                {.outs = {1, 0, 1, 2, 6, 6, 9, 10, 12, 17, 17},
+                 .text = unlocked("u uponsat upon the ")});
 }
 
 TEST(InsertMultiple, TakesOneEntryThreeTimes) {
@@ -110,14 +90,12 @@ EditCall many_edits(EditCall::Operation operation, std::int32_t length) {
       call.list.insert(call.list.end(), {i, i + selected});
       continue;
     }
-    const int kind = length < selected ? 1 : length == selected ? 2 : 3;
-    call.entries.push_back({i, i + selected, nullptr, length, kind});
+    call.entries.push_back(
+        {i, i + selected, nullptr, length, naive::kind_of(length, selected)});
   }
   return call;
 }
 
-// Each heap request is refused in turn: the edit is made all the same, as
-// giving memory back may fail without harm, or nothing has happened.
 TEST(Edits, LeaveAllAsItWasWhenMemoryIsShort) {
   EditCall calls[] = {
       many_edits(EditCall::kWrap, 100), many_edits(EditCall::kInsert, 100),
@@ -127,17 +105,10 @@ TEST(Edits, LeaveAllAsItWasWhenMemoryIsShort) {
   for (EditCall& call : calls) {
     SCOPED_TRACE(call.operation);
     call.is_locked = false;
-    const Outcome done = observe(run_of(call), Side::kLibrary, {});
     call.missing = EditCall::kLength;
-    const Outcome refused = observe(run_of(call), Side::kLibrary, {});
+    const Outcome refused = outcome_of(call);
     call.missing = EditCall::kNone;
-    int refusals = 0;
-    with_each_request_refused([&](const HeapWatch&) {
-      const Outcome seen = observe(run_of(call), Side::kLibrary, {});
-      EXPECT_EQ(seen, seen.result == 1 ? done : refused);
-      refusals += seen.result == 1 ? 0 : 1;
-    });
-    EXPECT_GT(refusals, 0);
+    expect_all_or_nothing(call, {refused});
   }
 }
 
@@ -147,7 +118,7 @@ TEST(Edits, NeedNoMemoryToShrink) {
          {EditCall::kDelete, EditCall::kInsert, EditCall::kMultiple}) {
       const EditCall call = many_edits(operation, length);
       const HeapWatch heap(0, true);
-      EXPECT_EQ(observe(run_of(call), Side::kLibrary, {}).result, 1);
+      EXPECT_EQ(outcome_of(call).result, 1);
     }
   }
 }
@@ -182,8 +153,7 @@ TEST(Overlay, MakesRoomForWhatItWrites) {
         .list = {10, 20, 49'000, 49'001},
         .characters = Longs(size, packed("\xF0\x9F\x98\x80")),
         .flags = std::vector<unsigned char>(size, 1)};
-    ASSERT_TRUE(observe(run_of(call), Side::kLibrary, {}) ==
-                observe(run_of(call), Side::kNaive, {}));
+    ASSERT_EQ(first_difference(call), "");
   }
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <functional>
 
+#include "tests/models/naive.h"
 #include "tests/support/random_inputs.h"
 #include "tests/support/show.h"
 
@@ -11,38 +12,29 @@ namespace quill::test {
 namespace {
 
 TEST(BinarySearchLongs, TellsThePlace) {
-  struct Case {
+  const Longs repeated = {2, 4, 4, 4, 9};
+  const struct {
     const char* why;
     Longs array;
     std::int32_t key, found, index;
-  };
-  const Longs repeated = {2, 4, 4, 4, 9};
-  const Case cases[] = {
+  } cases[] = {
       {"the first of equal ones", repeated, 4, 1, 1},
       {"between", repeated, 5, 0, 4},
-      {"below all", repeated, 1, 0, 0},
       {"above all", repeated, 10, 0, 5},
-      {"negative before positive", {-5, 3}, -5, 1, 0},
-      {"signed", {-7, 65}, 65, 1, 1},
-      {"below a negative one", {-7, 65}, -8, 0, 0},
-      {"the only one", {7}, 7, 1, 0},
+      {"signed", {-7, 65}, -8, 0, 0},
       {"in none", {}, 7, 0, 0},
-      // On an array that isn't ascending the steps of the bisection show.
       {"out of order, on the way", {9, 1, 5, 3, 2}, 5, 1, 2},
       {"out of order, missed", {9, 1, 5, 3, 2}, 9, 0, 5},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.why);
-    std::int32_t index = -88;
-    EXPECT_EQ(BinarySearchLongs(c.array.data(),
-                                static_cast<std::int32_t>(c.array.size()),
-                                c.key, &index),
-              c.found);
-    EXPECT_EQ(index, c.index);
+  for (const auto& c : cases) {
+    for (auto* const search : {BinarySearchLongs, naive::BinarySearchLongs}) {
+      std::int32_t index = -88;
+      EXPECT_EQ(search(c.array.data(), length_of(c.array), c.key, &index),
+                c.found)
+          << c.why;
+      EXPECT_EQ(index, c.index) << c.why;
+    }
   }
-  std::int32_t index = -88;
-  EXPECT_EQ(BinarySearchLongs(nullptr, -1, 7, &index), 0);
-  EXPECT_EQ(index, 0);
 }
 
 // The very steps of the bisection, also where the array isn't ascending.
@@ -52,22 +44,15 @@ TEST(BinarySearchLongs, AgreesWithItsSteps) {
     for (std::int32_t& each : array) each = in.between(-9, 9);
     if (!in.one_in(4)) std::sort(array.begin(), array.end());
     const int key = in.between(-10, 10);
-    std::size_t low = 0;
-    std::size_t high = array.size() - 1;
-    while (low < high) {
-      const std::size_t middle = (low + high) / 2;
-      if (key > array[middle]) {
-        low = middle + 1;
-      } else {
-        high = middle;
-      }
-    }
-    const auto wanted =
-        static_cast<std::int32_t>(low) + (array[low] < key ? 1 : 0);
+    std::int32_t wanted = -88;
     std::int32_t index = -88;
-    const std::int32_t found = BinarySearchLongs(
-        array.data(), static_cast<std::int32_t>(array.size()), key, &index);
-    if (index == wanted && (found == 1) == (array[low] == key)) return {};
+    const std::int32_t found =
+        naive::BinarySearchLongs(array.data(), length_of(array), key, &wanted);
+    if (BinarySearchLongs(array.data(), length_of(array), key, &index) ==
+            found &&
+        index == wanted) {
+      return {};
+    }
     return show_fields("array", array, "key", key, "index", index);
   });
 }

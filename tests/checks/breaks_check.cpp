@@ -1,6 +1,5 @@
 #include "tests/checks/breaks_check.h"
 
-#include "tests/models/breaks_model.h"
 #include "tests/support/guarded_text.h"
 
 namespace quill::test {
@@ -13,7 +12,7 @@ Outcome BreakCall::run(Side side, QuillYield yield) const {
     unsigned char found = 7;
     o.outs[0] = selection_start;
     o.outs[1] = selection_end;
-    o.result = pick(side, ::utf8_FindBreaks, naive::utf8_FindBreaks)(
+    o.result = QUILL_PICK(side, utf8_FindBreaks)(
         has_text ? held.data() : nullptr, start, end, backward.members.data(),
         backward.count(), backward.flag, forward.members.data(),
         forward.count(), forward.flag, &o.outs[0], &o.outs[1], &found, 9,
@@ -24,11 +23,9 @@ Outcome BreakCall::run(Side side, QuillYield yield) const {
   const HeldBlock block(text);
   LockBlock(block.block);
   HeldBlock list(untouched());
-  const auto compute =
-      operation == kEveryFew
-          ? pick(side, ::utf8_ComputeBreaks, naive::utf8_ComputeBreaks)
-          : pick(side, ::utf8_ComputeSpaceBreaks,
-                 naive::utf8_ComputeSpaceBreaks);
+  const auto compute = operation == kEveryFew
+                           ? QUILL_PICK(side, utf8_ComputeBreaks)
+                           : QUILL_PICK(side, utf8_ComputeSpaceBreaks);
   o.result =
       compute(block.block, start, end, unit, &list.block, &o.outs[0], 5, yield);
   o.list = state_of(list.block);
@@ -37,11 +34,11 @@ Outcome BreakCall::run(Side side, QuillYield yield) const {
 }
 
 std::string BreakCall::show() const {
-  return show_fields(
-      "operation", static_cast<int>(operation), "text", text, "start", start,
-      "end", end, "unit", unit, "backward", backward.members, "flag",
-      backward.flag, "forward", forward.members, "flag", forward.flag, "from",
-      selection_start, "to", selection_end, "has text", has_text);
+  return show_fields("operation", operation, "text", text, "start", start,
+                     "end", end, "unit", unit, "backward", backward.members,
+                     "flag", backward.flag, "forward", forward.members, "flag",
+                     forward.flag, "from", selection_start, "to", selection_end,
+                     "has text", has_text);
 }
 
 namespace {
@@ -90,7 +87,7 @@ std::string check_breaks(Input& in) {
     return first_difference(draw_widening(in), in.host());
   }
   BreakCall call = {.operation = operation, .text = draw_lines(in)};
-  const auto size = static_cast<std::int32_t>(call.text.size());
+  const auto size = length_of(call.text);
   call.start = in.flag() ? 0 : in.between(-1, size);
   call.end = in.flag() ? size : in.between(0, size + 1);
   call.unit = in.flag() ? in.between(0, 6) : in.between(1, 100);

@@ -14,16 +14,14 @@ struct BreakCall {
     Longs members = {};
     unsigned char flag = 0;
 
-    std::int32_t count() const {
-      return static_cast<std::int32_t>(members.size());
-    }
+    std::int32_t count() const { return length_of(members); }
   };
 
   Operation operation = kWiden;
   std::string text = {};
   std::int32_t unit = 1;   // characters or bytes
   std::int32_t start = 0;  // or the lower bound
-  std::int32_t end = static_cast<std::int32_t>(text.size());
+  std::int32_t end = length_of(text);
   Class backward = {};
   Class forward = {};
   std::int32_t selection_start = 0;

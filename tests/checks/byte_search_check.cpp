@@ -1,6 +1,5 @@
 #include "tests/checks/byte_search_check.h"
 
-#include "tests/models/byte_search_model.h"
 #include "tests/support/guarded_text.h"
 
 namespace quill::test {
@@ -15,24 +14,24 @@ Outcome ByteSearch::run(Side side, QuillYield yield) const {
   YieldRecorder::watch(o.outs);
   switch (operation) {
     case kFind:
-      o.result = pick(side, ::FindStr, naive::FindStr)(
-          searched, start, end, sought, length, 1, -2, 3, -4, &o.outs[0],
-          &o.outs[1], 41, yield);
+      o.result =
+          QUILL_PICK(side, FindStr)(searched, start, end, sought, length, 1, -2,
+                                    3, -4, &o.outs[0], &o.outs[1], 41, yield);
       break;
     case kFindAll: {
       HeldBlock list(untouched());
-      o.result = pick(side, ::FindStrAll, naive::FindStrAll)(
+      o.result = QUILL_PICK(side, FindStrAll)(
           searched, start, end, sought, length, 1, -2, 3, -4, &list.block,
           &o.outs[0], &o.outs[1], 42, yield);
       o.list = state_of(list.block);
       break;
     }
     case kFindByte:
-      o.result = pick(side, ::FindByte, naive::FindByte)(at, start, end,
-                                                         pattern[0], 43, yield);
+      o.result =
+          QUILL_PICK(side, FindByte)(at, start, end, pattern[0], 43, yield);
       break;
     case kSwap:
-      o.result = pick(side, ::BytePatternSwap, naive::BytePatternSwap)(
+      o.result = QUILL_PICK(side, BytePatternSwap)(
           at, start, end,
           pattern_at < 0 ? held_pattern.data() : at + pattern_at,
           replacement_at < 0 ? replacement.data() : at + replacement_at, length,
@@ -44,11 +43,10 @@ Outcome ByteSearch::run(Side side, QuillYield yield) const {
 }
 
 std::string ByteSearch::show() const {
-  return show_fields("operation", static_cast<int>(operation), "text", text,
-                     "start", start, "end", end, "pattern", pattern, "at",
-                     pattern_at, "replacement", replacement, "at",
-                     replacement_at, "length", length, "has text", has_text,
-                     "has pattern", has_pattern);
+  return show_fields("operation", operation, "text", text, "start", start,
+                     "end", end, "pattern", pattern, "at", pattern_at,
+                     "replacement", replacement, "at", replacement_at, "length",
+                     length, "has text", has_text, "has pattern", has_pattern);
 }
 
 std::string check_byte_search(Input& in) {
@@ -56,7 +54,7 @@ std::string check_byte_search(Input& in) {
   call.operation = in.pick({ByteSearch::kFind, ByteSearch::kFindAll,
                             ByteSearch::kFindByte, ByteSearch::kSwap});
   call.text = in.any_text(in.pick({4, 40, 40, 300}));
-  const auto size = static_cast<int>(call.text.size());
+  const auto size = length_of(call.text);
   call.start = in.flag() ? 0 : in.offset(call.text.size());
   // The host vouches for what lies before the end.
   call.end = in.flag() ? size : std::min(in.offset(call.text.size()), size);
@@ -71,11 +69,11 @@ std::string check_byte_search(Input& in) {
     call.start = std::max(call.start, 0);
     if (call.pattern.empty()) call.pattern = "a";
   }
-  call.length = static_cast<std::int32_t>(call.pattern.size());
+  call.length = length_of(call.pattern);
   if (in.one_in(32)) call.length = in.between(-1, 0);
   call.has_text = !in.one_in(64);
   call.has_pattern = !in.one_in(64);
-  const int room = size - static_cast<int>(call.pattern.size());
+  const int room = size - length_of(call.pattern);
   if (room >= 0 && in.one_in(3)) call.pattern_at = in.between(-1, room);
   if (room >= 0 && in.one_in(3)) call.replacement_at = in.between(-1, room);
   return first_difference(call, in.host());

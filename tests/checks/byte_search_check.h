@@ -13,7 +13,7 @@ struct ByteSearch {
   Operation operation = kFind;
   std::string text = {};
   std::int32_t start = 0;
-  std::int32_t end = static_cast<std::int32_t>(text.size());
+  std::int32_t end = length_of(text);
   std::string pattern = {};
   std::string replacement = {};
   // Where in the text the swap's two strings lie; -1: elsewhere.
@@ -22,7 +22,7 @@ struct ByteSearch {
   // What FindStr and FindStrAll refuse.
   bool has_text = true;
   bool has_pattern = true;
-  std::int32_t length = static_cast<std::int32_t>(pattern.size());
+  std::int32_t length = length_of(pattern);
 
   Outcome run(Side side, QuillYield yield) const;
   std::string show() const;

@@ -1,6 +1,5 @@
 #include "tests/checks/characters_check.h"
 
-#include "tests/models/characters_model.h"
 #include "tests/support/guarded_text.h"
 
 namespace quill::test {
@@ -11,16 +10,15 @@ Reading read_character(Side side, CharacterCall::Operation reader,
   Reading reading = {-9, -9, -9, -9, -9};
   auto& [result, start, length, character, next] = reading;
   if (reader == CharacterCall::kNextValue) {
-    result = pick(side, ::utf8_GetNextCharValue, naive::utf8_GetNextCharValue)(
+    result = QUILL_PICK(side, utf8_GetNextCharValue)(
         text, position, end, &start, &length, &character, &next);
     return reading;
   }
-  const auto read =
-      reader == CharacterCall::kNext
-          ? pick(side, ::utf8_GetNextCharAsLong, naive::utf8_GetNextCharAsLong)
-      : reader == CharacterCall::kContaining
-          ? pick(side, ::utf8_GetCharAsLong, naive::utf8_GetCharAsLong)
-          : pick(side, ::utf8_GetPrevCharAsLong, naive::utf8_GetPrevCharAsLong);
+  const auto read = reader == CharacterCall::kNext
+                        ? QUILL_PICK(side, utf8_GetNextCharAsLong)
+                    : reader == CharacterCall::kContaining
+                        ? QUILL_PICK(side, utf8_GetCharAsLong)
+                        : QUILL_PICK(side, utf8_GetPrevCharAsLong);
   result = read(text, position, end, &start, &character, &next);
   return reading;
 }
@@ -32,18 +30,17 @@ Outcome CharacterCall::run(Side side, QuillYield yield) const {
   YieldRecorder::watch(o.outs);
   switch (operation) {
     case kCount:
-      o.result = pick(side, ::utf8_CountCharacters,
-                      naive::utf8_CountCharacters)(at, start, end, &o.outs[0]);
+      o.result =
+          QUILL_PICK(side, utf8_CountCharacters)(at, start, end, &o.outs[0]);
       break;
     case kCountTask:
-      o.result = pick(side, ::utf8_CountCharactersTask,
-                      naive::utf8_CountCharactersTask)(at, start, end,
-                                                       &o.outs[0], 9, yield);
+      o.result = QUILL_PICK(side, utf8_CountCharactersTask)(
+          at, start, end, &o.outs[0], 9, yield);
       break;
     case kCountToOffset:
       o.outs[0] = request;
-      o.result = pick(side, ::utf8_CountToOffset, naive::utf8_CountToOffset)(
-          at, start, end, &o.outs[0], &o.outs[1]);
+      o.result = QUILL_PICK(side, utf8_CountToOffset)(at, start, end,
+                                                      &o.outs[0], &o.outs[1]);
       break;
     default: {
       const Reading reading = read_character(side, operation, at, start, end);
@@ -55,9 +52,8 @@ Outcome CharacterCall::run(Side side, QuillYield yield) const {
 }
 
 std::string CharacterCall::show() const {
-  return show_fields("operation", static_cast<int>(operation), "text", text,
-                     "start", start, "end", end, "request", request, "has text",
-                     has_text);
+  return show_fields("operation", operation, "text", text, "start", start,
+                     "end", end, "request", request, "has text", has_text);
 }
 
 std::string check_characters(Input& in) {
@@ -67,7 +63,7 @@ std::string check_characters(Input& in) {
   call.text = in.any_text(in.pick({4, 40, 40, 300}));
   // Long stretches in order, so that a fault in one is met half-way.
   if (in.one_in(4)) call.text += call.text + in.text(3) + call.text;
-  const auto size = static_cast<int>(call.text.size());
+  const auto size = length_of(call.text);
   call.start = in.flag() ? 0 : in.offset(call.text.size());
   call.end = in.flag() ? size : std::min(in.offset(call.text.size()), size);
   call.request = in.flag() ? in.between(-1, 3 * size) : in.between(0, 9);

@@ -23,7 +23,7 @@ struct CharacterCall {
   Operation operation = kNext;
   std::string text = {};
   std::int32_t start = 0;  // or the position
-  std::int32_t end = static_cast<std::int32_t>(text.size());
+  std::int32_t end = length_of(text);
   std::int32_t request = 1;  // characters, for kCountToOffset
   bool has_text = true;
 

@@ -2,16 +2,11 @@
 
 #include <algorithm>
 
-#include "tests/models/characters_model.h"
-#include "tests/models/edit_model.h"
 #include "tests/support/guarded_text.h"
 
 namespace quill::test {
-namespace {
 
-std::int32_t length_of(const auto& container) {
-  return static_cast<std::int32_t>(container.size());
-}
+namespace {
 
 // Entries with all of their fields right, for the most part.
 std::vector<QuillReplaceEntry> draw_entries(Input& in, const Longs& list,
@@ -49,20 +44,19 @@ Outcome EditCall::run(Side side, QuillYield) const {
   Outcome o;
   switch (operation) {
     case kDelete:
-      o.result =
-          pick(side, ::DelSel, naive::DelSel)(&block.block, selections.block);
+      o.result = QUILL_PICK(side, DelSel)(&block.block, selections.block);
       break;
     case kWrap:
-      o.result = pick(side, ::InsertDualStr, naive::InsertDualStr)(
+      o.result = QUILL_PICK(side, InsertDualStr)(
           &block.block, selections.block, second.data(), length_of(trailing),
           at, length);
       break;
     case kInsert:
-      o.result = pick(side, ::InsertStr, naive::InsertStr)(
-          &block.block, selections.block, at, length, flags_at);
+      o.result = QUILL_PICK(side, InsertStr)(&block.block, selections.block, at,
+                                             length, flags_at);
       break;
     case kOverlay:
-      o.result = pick(side, ::InsertMaskedStr, naive::InsertMaskedStr)(
+      o.result = QUILL_PICK(side, InsertMaskedStr)(
           &block.block, selections.block,
           missing == kString ? nullptr : characters.data(),
           missing == kLength ? -1 : length_of(characters), flags_at);
@@ -73,7 +67,7 @@ Outcome EditCall::run(Side side, QuillYield) const {
         pointers.push_back(&entry);
       }
       if (missing == kList && !pointers.empty()) pointers.back() = nullptr;
-      o.result = pick(side, ::InsertMultiple, naive::InsertMultiple)(
+      o.result = QUILL_PICK(side, InsertMultiple)(
           &block.block, missing == kFlags ? nullptr : pointers.data(),
           missing == kLength ? -1 : length_of(pointers));
       break;
@@ -92,13 +86,13 @@ std::string EditCall::show() const {
   for (const QuillReplaceEntry& entry : entries) {
     table.insert(table.end(), {entry.replacement_length, entry.kind});
   }
-  return show_fields("operation", static_cast<int>(operation), "text", text,
-                     "list", list, "string", string, "trailing", trailing,
-                     "characters", characters, "flags", flags, "entries", table,
-                     "missing", static_cast<int>(missing));
+  return show_fields("operation", operation, "text", text, "list", list,
+                     "string", string, "trailing", trailing, "characters",
+                     characters, "flags", flags, "entries", table, "missing",
+                     missing);
 }
 
-EditCall draw_edit_call(Input& in) {
+std::string check_edit(Input& in) {
   EditCall call;
   call.operation = static_cast<EditCall::Operation>(in.between(0, 4));
   call.text = in.any_text(in.pick({4, 40, 100}));
@@ -135,11 +129,7 @@ EditCall draw_edit_call(Input& in) {
   if (in.one_in(16)) {
     call.missing = static_cast<EditCall::Missing>(in.between(1, 5));
   }
-  return call;
-}
-
-std::string check_edit(Input& in) {
-  return first_difference(draw_edit_call(in));
+  return first_difference(call);
 }
 
 }  // namespace quill::test

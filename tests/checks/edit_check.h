@@ -27,7 +27,6 @@ struct EditCall {
   std::string show() const;
 };
 
-EditCall draw_edit_call(Input& in);
 std::string check_edit(Input& in);
 
 }  // namespace quill::test

@@ -2,20 +2,19 @@
 
 #include <numeric>
 
-#include "tests/models/characters_model.h"
-#include "tests/models/masks_model.h"
 #include "tests/support/alphabet.h"
 #include "tests/support/guarded_text.h"
 #include "utf8/mask_table.h"
 
 namespace quill::test {
+
 namespace {
 
 Longs look_up(Side side, const Mask& mask, std::int32_t count,
               std::int32_t character) {
-  const auto mask_char = pick(side, ::utf8_MaskChar, naive::utf8_MaskChar);
-  const auto match = pick(side, ::utf8_MatchChar, naive::utf8_MatchChar);
-  const auto in_list = pick(side, ::utf8_InList, naive::utf8_InList);
+  const auto mask_char = QUILL_PICK(side, utf8_MaskChar);
+  const auto match = QUILL_PICK(side, utf8_MatchChar);
+  const auto in_list = QUILL_PICK(side, utf8_InList);
   const std::int32_t* const keys = mask.key_data();
   Longs found = {mask_char(character, keys, mask.value_data(), count, 1),
                  mask_char(character, keys, mask.value_data(), count, 2),
@@ -64,18 +63,16 @@ Outcome MaskCall::run(Side side, QuillYield yield) const {
       Longs sorted = mask.keys;
       o.outs.resize(sorted.size());
       std::iota(o.outs.begin(), o.outs.end(), 0);
-      pick(side, ::utf8_SortMask, naive::utf8_SortMask)(
-          sorted.data(), o.outs.data(), start, end);
+      QUILL_PICK(side, utf8_SortMask)(sorted.data(), o.outs.data(), start, end);
       o.outs.insert(o.outs.end(), sorted.begin(), sorted.end());
       break;
     }
     case kToArray: {
       const GuardedText held(text);
       Longs array(text.size() + 1, -5);
-      o.result =
-          pick(side, ::utf8_StringToLongArray, naive::utf8_StringToLongArray)(
-              has_text ? held.data() : nullptr, start, end, keys, values,
-              mask_count, array.data(), &o.outs[0]);
+      o.result = QUILL_PICK(side, utf8_StringToLongArray)(
+          has_text ? held.data() : nullptr, start, end, keys, values,
+          mask_count, array.data(), &o.outs[0]);
       o.outs.insert(o.outs.end(), array.begin(), array.end());
       break;
     }
@@ -85,15 +82,13 @@ Outcome MaskCall::run(Side side, QuillYield yield) const {
       LockBlock(source.block);
       const QuillBlock from = has_text ? source.block : nullptr;
       HeldBlock output(untouched());
-      o.result =
-          operation == kRewrite
-              ? pick(side, ::utf8_MaskString, naive::utf8_MaskString)(
-                    from, start, end, keys, values, mask_count, &output.block,
-                    77, 42, yield)
-              : pick(side, ::utf8_MaskStringSelection,
-                     naive::utf8_MaskStringSelection)(
-                    from, longs.data(), static_cast<std::int32_t>(longs.size()),
-                    keys, values, mask_count, &output.block, 43, yield);
+      o.result = operation == kRewrite
+                     ? QUILL_PICK(side, utf8_MaskString)(
+                           from, start, end, keys, values, mask_count,
+                           &output.block, 77, 42, yield)
+                     : QUILL_PICK(side, utf8_MaskStringSelection)(
+                           from, longs.data(), length_of(longs), keys, values,
+                           mask_count, &output.block, 43, yield);
       o.text = state_of_output(output, o.result);
       o.outs = {is_locked(source.block) ? 1 : 0};
       break;
@@ -103,10 +98,9 @@ Outcome MaskCall::run(Side side, QuillYield yield) const {
 }
 
 std::string MaskCall::show() const {
-  return show_fields("operation", static_cast<int>(operation), "text", text,
-                     "start", start, "end", end, "keys", mask.keys, "values",
-                     mask.values, "count", mask_count, "longs", longs,
-                     "has text", has_text);
+  return show_fields("operation", operation, "text", text, "start", start,
+                     "end", end, "keys", mask.keys, "values", mask.values,
+                     "count", mask_count, "longs", longs, "has text", has_text);
 }
 
 namespace {
@@ -197,7 +191,7 @@ MaskCall draw_sort(Input& in) {
   }
   if (in.one_in(3)) std::sort(keys.begin(), keys.end());
   if (in.one_in(4)) std::reverse(keys.begin(), keys.end());
-  call.end = in.between(0, static_cast<int>(keys.size()));
+  call.end = in.between(0, length_of(keys));
   call.start = in.flag() ? 0 : in.between(0, call.end);
   return call;
 }

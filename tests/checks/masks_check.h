@@ -22,7 +22,7 @@ struct MaskCall {
   std::int32_t mask_count = mask.count();
   Longs longs = {};        // selections, or characters
   std::int32_t start = 0;  // in the text, or for kSort in the mask
-  std::int32_t end = static_cast<std::int32_t>(text.size());
+  std::int32_t end = length_of(text);
   bool has_text = true;
 
   Outcome run(Side side, QuillYield yield) const;

@@ -22,17 +22,16 @@ struct PatternCall {
   Operation operation = kFindAll;
   std::string text = {};
   std::int32_t from = 0;
-  std::int32_t to = static_cast<std::int32_t>(text.size());
+  std::int32_t to = length_of(text);
   RangeParts parts = {};
   RangeParts key = {};
   bool is_text_null = false;
-  std::int32_t part_count = static_cast<std::int32_t>(parts.size());
+  std::int32_t part_count = length_of(parts);
 
   Outcome run(Side side, QuillYield yield) const;
   std::string show() const;
 };
 
-PatternCall draw_pattern_call(Input& in);
 std::string check_pattern(Input& in);
 
 }  // namespace quill::test

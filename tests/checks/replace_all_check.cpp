@@ -2,16 +2,7 @@
 
 #include <limits>
 
-#include "tests/models/replace_all_model.h"
-
 namespace quill::test {
-namespace {
-
-std::int32_t length_of(const auto& container) {
-  return static_cast<std::int32_t>(container.size());
-}
-
-}  // namespace
 
 Outcome ReplaceAllCall::run(Side side, QuillYield yield) const {
   HeldBlock block(is_text_null ? nullptr : block_of(text));
@@ -25,13 +16,13 @@ Outcome ReplaceAllCall::run(Side side, QuillYield yield) const {
   YieldRecorder::watch(o.outs);
   switch (operation) {
     case kBytes:
-      o.result = pick(side, ::ReplaceStrAll, naive::ReplaceStrAll)(
+      o.result = QUILL_PICK(side, ReplaceStrAll)(
           block.block, from, &o.outs[0], bytes.data(), length_of(bytes), 1,
           string.data(), length_of(string), flags_at, 2, 3, 4, 5, &o.outs[1],
           55, yield);
       break;
     case kCharacters:
-      o.result = pick(side, ::utf8_ReplaceStrAll, naive::utf8_ReplaceStrAll)(
+      o.result = QUILL_PICK(side, utf8_ReplaceStrAll)(
           &block.block, from, &o.outs[0], characters.data(),
           length_of(characters), nullptr, string.data(), length_of(string),
           flags_at, mask.key_data(), mask.value_data(), mask.count(),
@@ -39,8 +30,7 @@ Outcome ReplaceAllCall::run(Side side, QuillYield yield) const {
           yield);
       break;
     case kPattern:
-      o.result = pick(side, ::utf8_ReplacePatternAll,
-                      naive::utf8_ReplacePatternAll)(
+      o.result = QUILL_PICK(side, utf8_ReplacePatternAll)(
           &block.block, from, &o.outs[0], pattern.data(), pattern.count(),
           string.data(), length_of(string), flags_at, &o.outs[1], 57, yield);
       break;
@@ -51,12 +41,12 @@ Outcome ReplaceAllCall::run(Side side, QuillYield yield) const {
 }
 
 std::string ReplaceAllCall::show() const {
-  return show_fields("operation", static_cast<int>(operation), "text", text,
-                     "from", from, "to", to, "bytes", bytes, "characters",
-                     characters, "pattern", parts, "keys", mask.keys, "values",
-                     mask.values, "breaks", breaks, "edge", edge, "invert",
-                     invert, "string", string, "flags", flags, "position",
-                     position, "null", is_text_null);
+  return show_fields("operation", operation, "text", text, "from", from, "to",
+                     to, "bytes", bytes, "characters", characters, "pattern",
+                     parts, "keys", mask.keys, "values", mask.values, "breaks",
+                     breaks, "edge", edge, "invert", invert, "string", string,
+                     "flags", flags, "position", position, "null",
+                     is_text_null);
 }
 
 std::string check_replace_all(Input& in) {

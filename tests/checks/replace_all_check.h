@@ -12,7 +12,7 @@ struct ReplaceAllCall {
   Operation operation = kBytes;
   std::string text = {};
   std::int32_t from = 0;
-  std::int32_t to = static_cast<std::int32_t>(text.size());
+  std::int32_t to = length_of(text);
   // What is sought by the one, and by the others.
   std::string bytes = {};
   Longs characters = {};

@@ -1,10 +1,10 @@
 #include "tests/checks/selection_check.h"
 
-#include "tests/models/selection_model.h"
 #include "tests/support/alphabet.h"
 #include "tests/support/guarded_text.h"
 
 namespace quill::test {
+
 namespace {
 
 // The elements that qSortV compares, as offsets from its base.
@@ -61,7 +61,13 @@ Mask draw_mask(Input& in) {
 
 Outcome SelectionCall::run(Side side, QuillYield yield) const {
   const GuardedText source(text);
-  const auto count = static_cast<std::int32_t>(list.size());
+  const GuardedText bits(map);
+  const GuardedText before(prefix);
+  const GuardedText after(suffix);
+  const int room = operation <= kCopySuper ? std::max(size, 0) : 0;
+  const GuardedText destination(
+      std::string(static_cast<std::size_t>(room), '#'));
+  const auto bytes = static_cast<std::uint32_t>(list.size() * 4);
   Longs longs = list;
   Mask own = mask;
   HeldBlock held;
@@ -71,92 +77,76 @@ Outcome SelectionCall::run(Side side, QuillYield yield) const {
   }
   Outcome o;
   YieldRecorder::watch(o.outs);
-  switch (operation) {
-    case kCopy:
-    case kCopySuper: {
-      const GuardedText out(
-          std::string(static_cast<std::size_t>(std::max(size, 0)), '#'));
-      const bool is_super = operation == kCopySuper;
-      o.result =
-          (is_super ? pick(side, ::CopySuperSelectionsTo,
-                           naive::CopySuperSelectionsTo)
-                    : pick(side, ::CopySelectionsTo, naive::CopySelectionsTo))(
-              source.data(), out.data(), size, &o.outs[0], list.data(),
-              count / (is_super ? 4 : 2), 81, yield);
-      o.buffer = out.view();
-      break;
+  const auto copy = [&](auto* copy_to, std::int32_t count) {
+    return copy_to(source.data(), destination.data(), size, &o.outs[0],
+                   list.data(), count, 81, yield);
+  };
+  const auto sort = [&](auto* sort_by) {
+    const std::int32_t result =
+        sort_by(source.data(), longs.data(), bytes, mask.key_data(),
+                mask.value_data(), mask_count);
+    o.outs = longs;
+    return result;
+  };
+  const auto answer = [&]() -> std::int32_t {
+    switch (operation) {
+      case kCopy:
+        return copy(QUILL_PICK(side, CopySelectionsTo), length_of(list) / 2);
+      case kCopySuper:
+        return copy(QUILL_PICK(side, CopySuperSelectionsTo),
+                    length_of(list) / 4);
+      case kCompare:
+        if (list.size() < 4) return 0;
+        return QUILL_PICK(side, CompareSelections)(
+            &list[0], &list[2], source.data(), own.keys.data(),
+            own.values.data(), mask_count);
+      case kSort:
+        return sort(QUILL_PICK(side, utf8_SortSelections));
+      case kSortKeys:
+        return sort(QUILL_PICK(side, utf8_SortKeySelections));
+      case kSortAnything: {
+        o.outs.clear();
+        g_compared = &o.outs;
+        std::int32_t passed_on = 82;
+        const auto element_size = static_cast<std::uint32_t>(size);
+        const auto count =
+            static_cast<std::uint32_t>(text.size()) / element_size;
+        QUILL_PICK(side, qSortV)
+        (source.data(), count, element_size, compare_and_note, source.data(),
+         &passed_on, nullptr, 83);
+        return 0;
+      }
+      case kOrder:
+        return QUILL_PICK(side, OrderSelections)(&held.block, size);
+      case kToMap:
+        return QUILL_PICK(side, SelectionToMap)(bits.data(), size, held.block);
+      case kFromMap:
+        return QUILL_PICK(side, MapToSelection)(bits.data(), size, &made.block,
+                                                &o.outs[0]);
+      case kInvert:
+        return QUILL_PICK(side, InvertSelections)(&held.block, start, end);
+      case kExtract:
+        return QUILL_PICK(side, ExtractSelections)(
+            missing == kText ? nullptr : source.data(), held.block,
+            missing == kPrefix ? nullptr : before.data(), length_of(prefix),
+            missing == kSuffix ? nullptr : after.data(), length_of(suffix),
+            &made.block, 84, yield);
     }
-    case kCompare:
-      if (count < 4) break;
-      o.result = pick(side, ::CompareSelections, naive::CompareSelections)(
-          &list[0], &list[2], source.data(), own.keys.data(), own.values.data(),
-          mask_count);
-      break;
-    case kSort:
-    case kSortKeys:
-      o.result = (operation == kSort ? pick(side, ::utf8_SortSelections,
-                                            naive::utf8_SortSelections)
-                                     : pick(side, ::utf8_SortKeySelections,
-                                            naive::utf8_SortKeySelections))(
-          source.data(), longs.data(), static_cast<std::uint32_t>(count * 4),
-          mask.key_data(), mask.value_data(), mask_count);
-      o.outs = longs;
-      break;
-    case kSortAnything: {
-      o.outs.clear();
-      g_compared = &o.outs;
-      std::int32_t passed_on = 82;
-      pick(side, ::qSortV, naive::qSortV)(
-          source.data(),
-          static_cast<std::uint32_t>(text.size()) /
-              static_cast<std::uint32_t>(size),
-          static_cast<std::uint32_t>(size), compare_and_note, source.data(),
-          &passed_on, nullptr, 83);
-      o.buffer = source.view();
-      break;
-    }
-    case kOrder:
-      o.result = pick(side, ::OrderSelections, naive::OrderSelections)(
-          &held.block, size);
-      break;
-    case kToMap:
-    case kFromMap: {
-      const GuardedText bits(map);
-      o.result = operation == kToMap
-                     ? pick(side, ::SelectionToMap, naive::SelectionToMap)(
-                           bits.data(), size, held.block)
-                     : pick(side, ::MapToSelection, naive::MapToSelection)(
-                           bits.data(), size, &made.block, &o.outs[0]);
-      o.buffer = bits.view();
-      break;
-    }
-    case kInvert:
-      o.result = pick(side, ::InvertSelections, naive::InvertSelections)(
-          &held.block, start, end);
-      break;
-    case kExtract: {
-      const GuardedText before(prefix);
-      const GuardedText after(suffix);
-      o.result = pick(side, ::ExtractSelections, naive::ExtractSelections)(
-          missing == kText ? nullptr : source.data(), held.block,
-          missing == kPrefix ? nullptr : before.data(),
-          static_cast<std::int32_t>(prefix.size()),
-          missing == kSuffix ? nullptr : after.data(),
-          static_cast<std::int32_t>(suffix.size()), &made.block, 84, yield);
-      break;
-    }
-  }
+    return 0;
+  };
+  o.result = answer();
+  o.buffer = std::string(source.view()) + '|';
+  o.buffer.append(destination.view()).append(bits.view());
   o.list = state_of(held.block);
   o.text = state_of(made.block);
   return o;
 }
 
 std::string SelectionCall::show() const {
-  return show_fields("operation", static_cast<int>(operation), "text", text,
-                     "list", list, "keys", mask.keys, "values", mask.values,
-                     "of", mask_count, "size", size, "start", start, "end", end,
-                     "map", map, "prefix", prefix, "suffix", suffix, "missing",
-                     static_cast<int>(missing));
+  return show_fields("operation", operation, "text", text, "list", list, "keys",
+                     mask.keys, "values", mask.values, "of", mask_count, "size",
+                     size, "start", start, "end", end, "map", map, "prefix",
+                     prefix, "suffix", suffix, "missing", missing);
 }
 
 SelectionCall draw_selection_call(Input& in) {
@@ -189,7 +179,7 @@ SelectionCall draw_selection_call(Input& in) {
       break;
   }
   call.text = in.any_text(in.pick({12, 40, 300}));
-  const auto length = static_cast<std::int32_t>(call.text.size());
+  const auto length = length_of(call.text);
   call.list = draw_list(in, length, in.pick({8, 24, 100}));
   // Of much that is equal.
   for (int left = in.between(0, 3); left > 0; --left) {

@@ -1,24 +1,15 @@
 #include "tests/checks/string_search_check.h"
 
 #include "search/string_filter.h"
-#include "tests/models/characters_model.h"
 #include "tests/support/alphabet.h"
 #include "tests/support/guarded_text.h"
 #include "utf8/characters.h"
 
 namespace quill::test {
+
 namespace {
 
 using naive::StringCall;
-
-bool matches_at(const StringCall& c, Offset at) {
-  std::int32_t next = 0;
-  return !naive::is_continuation_at(c.text, at) &&
-         naive::utf8_CompareSubstring(c.text, static_cast<std::int32_t>(at),
-                                      c.end, c.pattern, c.pattern_count,
-                                      c.flags, c.mask_keys, c.mask_values,
-                                      c.mask_count, &next) == 1;
-}
 
 Longs matches_by_filter(const StringCall& c, Side side, bool backward) {
   StringFilter filter;
@@ -34,7 +25,12 @@ Longs matches_by_filter(const StringCall& c, Side side, bool backward) {
   Longs found;
   Offset at = next(backward ? c.end : Offset{c.start} - 1);
   for (; at >= c.start && at < c.end; at = next(at)) {
-    if (matches_at(c, at)) found.push_back(static_cast<std::int32_t>(at));
+    const auto place = static_cast<std::int32_t>(at);
+    std::int32_t next_place = 0;
+    if (!naive::is_continuation_at(c.text, at) &&
+        naive::compare(c, place, &next_place)) {
+      found.push_back(place);
+    }
   }
   return found;
 }
@@ -42,25 +38,19 @@ Longs matches_by_filter(const StringCall& c, Side side, bool backward) {
 }  // namespace
 
 StringCall StringSearch::arguments(const char* at) const {
-  StringCall c = {at,
-                  start,
-                  end,
-                  pattern.data(),
-                  pattern_count,
-                  flags ? flags->data() : nullptr,
-                  mask.key_data(),
-                  mask.value_data(),
-                  mask_count,
-                  breaks ? breaks->data() : nullptr,
-                  break_count,
-                  edge,
-                  invert};
-  if (null == kText) c.text = nullptr;
-  if (null == kPattern) c.pattern = nullptr;
-  if (null == kKeys) c.mask_keys = nullptr;
-  if (null == kValues) c.mask_values = nullptr;
-  if (null == kBreaks) c.breaks = nullptr;
-  return c;
+  return {null == kText ? nullptr : at,
+          start,
+          end,
+          null == kPattern ? nullptr : pattern.data(),
+          pattern_count,
+          flags ? flags->data() : nullptr,
+          null == kKeys ? nullptr : mask.key_data(),
+          null == kValues ? nullptr : mask.value_data(),
+          mask_count,
+          null == kBreaks || !breaks ? nullptr : breaks->data(),
+          break_count,
+          edge,
+          invert};
 }
 
 Outcome StringSearch::run(Side side, QuillYield yield) const {
@@ -68,46 +58,43 @@ Outcome StringSearch::run(Side side, QuillYield yield) const {
   const StringCall c = arguments(held.data());
   Outcome o;
   YieldRecorder::watch(o.outs);
-  std::int32_t* const outs = o.outs.data();
+  HeldBlock list(untouched());
+  std::int32_t* const a = &o.outs[0];
+  std::int32_t* const b = &o.outs[1];
+  const auto compare = [&](auto export_) {
+    return export_(c.text, start, end, c.pattern, c.pattern_count, c.flags,
+                   c.mask_keys, c.mask_values, c.mask_count, a);
+  };
   switch (operation) {
     case kFind:
-      o.result = c(pick(side, ::utf8_FindStr, naive::utf8_FindStr), &outs[0],
-                   &outs[1], 5, yield);
+      o.result = c(QUILL_PICK(side, utf8_FindStr), a, b, 5, yield);
       break;
     case kFindPrevious:
-      o.result = c(pick(side, ::utf8_FindStrPrev, naive::utf8_FindStrPrev),
-                   &outs[0], &outs[1], 6, yield);
+      o.result = c(QUILL_PICK(side, utf8_FindStrPrev), a, b, 6, yield);
       break;
     case kFindNth:
-      outs[2] = nth;
-      o.result = c(pick(side, ::utf8_FindStrNth, naive::utf8_FindStrNth),
-                   &outs[2], &outs[0], &outs[1], 7, yield);
+      o.outs[2] = nth;
+      o.result =
+          c(QUILL_PICK(side, utf8_FindStrNth), &o.outs[2], a, b, 7, yield);
       break;
     case kCount:
-      o.result = c(pick(side, ::utf8_CountStrAll, naive::utf8_CountStrAll),
-                   &outs[0], &outs[1], 8, yield);
+      o.result = c(QUILL_PICK(side, utf8_CountStrAll), a, b, 8, yield);
       break;
-    case kFindAll: {
-      HeldBlock list(untouched());
-      o.result = c(pick(side, ::utf8_FindStrAll, naive::utf8_FindStrAll),
-                   &list.block, &outs[0], &outs[1], 9, yield);
-      o.list = state_of(list.block);
+    case kFindAll:
+      o.result =
+          c(QUILL_PICK(side, utf8_FindStrAll), &list.block, a, b, 9, yield);
       break;
-    }
     case kCompare:
+      o.result = compare(QUILL_PICK(side, utf8_CompareSubstring));
+      break;
     case kCompareSelection:
-      o.result = pick(side,
-                      operation == kCompare ? ::utf8_CompareSubstring
-                                            : ::utf8_CompareSelString,
-                      naive::utf8_CompareSubstring)(
-          c.text, start, end, c.pattern, c.pattern_count, c.flags, c.mask_keys,
-          c.mask_values, c.mask_count, &outs[0]);
+      o.result = compare(QUILL_PICK(side, utf8_CompareSelString));
       break;
     case kTestBreaks: {
       unsigned char sides[2] = {9, 9};
-      pick(side, ::utf8_TestBreakChars, naive::utf8_TestBreakChars)(
-          c.text, end, start, match_end, c.mask_keys, c.mask_values,
-          c.mask_count, c.breaks, c.break_count, edge, &sides[0], &sides[1]);
+      QUILL_PICK(side, utf8_TestBreakChars)
+      (c.text, end, start, match_end, c.mask_keys, c.mask_values, c.mask_count,
+       c.breaks, c.break_count, edge, &sides[0], &sides[1]);
       o.outs = {sides[0], sides[1]};
       break;
     }
@@ -116,16 +103,17 @@ Outcome StringSearch::run(Side side, QuillYield yield) const {
       o.outs = matches_by_filter(c, side, operation == kFilterBackward);
       break;
   }
+  o.list = state_of(list.block);
   return o;
 }
 
 std::string StringSearch::show() const {
-  return show_fields(
-      "operation", static_cast<int>(operation), "text", text, "start", start,
-      "end", end, "pattern", pattern, "count", pattern_count, "flags", flags,
-      "keys", mask.keys, "values", mask.values, "count", mask_count, "breaks",
-      breaks, "count", break_count, "edge", edge, "invert", invert, "match end",
-      match_end, "nth", nth, "null", static_cast<int>(null));
+  return show_fields("operation", operation, "text", text, "start", start,
+                     "end", end, "pattern", pattern, "count", pattern_count,
+                     "flags", flags, "keys", mask.keys, "values", mask.values,
+                     "count", mask_count, "breaks", breaks, "count",
+                     break_count, "edge", edge, "invert", invert, "match end",
+                     match_end, "nth", nth, "null", null);
 }
 
 namespace {
@@ -216,14 +204,13 @@ std::string check_string_search(Input& in) {
     element = naive::utf8_MaskChar(element, call.mask.key_data(),
                                    call.mask.value_data(), call.mask_count, 1);
   }
-  call.pattern_count = static_cast<std::int32_t>(call.pattern.size());
+  call.pattern_count = length_of(call.pattern);
   if (in.one_in(3)) call.flags = in.flags(call.pattern.size());
   draw_breaks(in, call);
-  call.break_count =
-      call.breaks ? static_cast<std::int32_t>(call.breaks->size()) : 0;
+  call.break_count = call.breaks ? length_of(*call.breaks) : 0;
   call.text = in.one_in(16) ? draw_patchwork(in, call)
                             : in.any_text(in.pick({4, 24, 24, 300}));
-  const auto size = static_cast<std::int32_t>(call.text.size());
+  const auto size = length_of(call.text);
   call.start = in.flag() ? 0 : in.between(0, size);
   call.end = in.flag() ? size : in.between(call.start, size);
   call.match_end = in.between(0, call.end + 1);

@@ -3,7 +3,6 @@
 // read.
 #pragma once
 
-#include "tests/models/string_search_model.h"
 #include "tests/support/compare.h"
 #include "tests/support/input.h"
 
@@ -37,16 +36,15 @@ struct StringSearch {
   unsigned char edge = 1;
   unsigned char invert = 0;
   std::int32_t start = 0;  // or where to compare, or where the match starts
-  std::int32_t end = static_cast<std::int32_t>(text.size());
+  std::int32_t end = length_of(text);
   std::int32_t match_end = 0;
   std::int32_t nth = 1;
 
   // What contradicts the rest: a null pointer, counts that are not the sizes.
   Null null = kNone;
-  std::int32_t pattern_count = static_cast<std::int32_t>(pattern.size());
+  std::int32_t pattern_count = length_of(pattern);
   std::int32_t mask_count = mask.count();
-  std::int32_t break_count =
-      breaks ? static_cast<std::int32_t>(breaks->size()) : 0;
+  std::int32_t break_count = breaks ? length_of(*breaks) : 0;
 
   Outcome run(Side side, QuillYield yield) const;
   std::string show() const;

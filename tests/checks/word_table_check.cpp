@@ -2,18 +2,10 @@
 
 #include <algorithm>
 
-#include "tests/models/word_table_model.h"
 #include "tests/support/alphabet.h"
 #include "tests/support/guarded_text.h"
 
 namespace quill::test {
-namespace {
-
-std::int32_t length_of(const auto& container) {
-  return static_cast<std::int32_t>(container.size());
-}
-
-}  // namespace
 
 Outcome WordTableCall::run(Side side, QuillYield yield) const {
   std::vector<QuillWordEntry> table;
@@ -44,8 +36,7 @@ void WordTableCall::fill(Side side, std::vector<QuillWordEntry*>& table,
   }
   std::vector<QuillReplaceEntry*> pointers;
   for (QuillReplaceEntry& entry : entries) pointers.push_back(&entry);
-  o.result = pick(side, ::WordTable_FillReplaceTable,
-                  naive::WordTable_FillReplaceTable)(
+  o.result = QUILL_PICK(side, WordTable_FillReplaceTable)(
       pointers.data(), length_of(pointers), table.data(), length_of(table),
       guarded.data(), own.keys.data(), own.values.data(), own.count());
   for (const QuillReplaceEntry& entry : entries) {
@@ -67,7 +58,7 @@ void WordTableCall::replace(Side side,
   const PartPointers pattern(parts);
   o.outs[0] = to;
   YieldRecorder::watch(o.outs);
-  o.result = pick(side, ::utf8_WordTableReplace, naive::utf8_WordTableReplace)(
+  o.result = QUILL_PICK(side, utf8_WordTableReplace)(
       &block.block, from, &o.outs[0], pattern.data(), pattern.count(),
       table.data(), length_of(table), mask.key_data(), mask.value_data(),
       mask.count(), &o.outs[1], 71, yield);
@@ -109,7 +100,7 @@ WordTableCall draw_word_table_call(Input& in) {
                  {packed("a"), packed("\xC3\xA9")}};
   }
   call.text = in.any_text(in.pick({12, 60, 120}));
-  const auto size = static_cast<std::int32_t>(call.text.size());
+  const auto size = length_of(call.text);
   if (call.only_fills) {
     for (int left = in.between(0, 40); left > 0; --left) {
       const int start = in.between(0, size);

@@ -18,7 +18,7 @@ struct WordTableCall {
   std::string text = {};
   Longs selections = {};  // of the replace table
   std::int32_t from = 0;
-  std::int32_t to = static_cast<std::int32_t>(text.size());
+  std::int32_t to = length_of(text);
   RangeParts parts = {};
   int unusable = -1;  // the word whose replacement has a negative length
   bool is_text_null = false;

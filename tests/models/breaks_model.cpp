@@ -1,98 +1,80 @@
-#include "tests/models/breaks_model.h"
-
-#include "tests/models/characters_model.h"
-#include "tests/models/meter.h"
+#include "tests/models/naive.h"
 #include "tests/support/blocks.h"
 
 namespace quill::naive {
 namespace {
 
-bool is_refused(QuillBlock text, int32_t start, int32_t end, int32_t unit) {
+bool is_refused(QuillBlock text, Long start, Long end, Long unit) {
   return text == nullptr || start < 0 || end <= start || unit < 1 ||
          end > GetBlockSize(text);
 }
 
-int32_t hand_over(const test::Longs& positions, QuillBlock* list,
-                  int32_t* long_count) {
+Long hand_over(const test::Longs& positions, QuillBlock* list,
+               Long* long_count) {
   test::Longs twice;
-  for (const int32_t position : positions) {
+  for (const Long position : positions) {
     twice.insert(twice.end(), 2, position);
   }
   *list = test::block_of(twice);
-  *long_count = static_cast<int32_t>(twice.size());
+  *long_count = test::length_of(twice);
   return 1;
 }
 
 }  // namespace
 
-int32_t utf8_FindBreaks(const char* text, int32_t lower_bound, int32_t end,
-                        const int32_t* backward_class, int32_t backward_count,
-                        unsigned char backward_flag,
-                        const int32_t* forward_class, int32_t forward_count,
-                        unsigned char forward_flag, int32_t* selection_start,
-                        int32_t* selection_end, unsigned char* break_found,
-                        int32_t reference, QuillYield yield) {
-  *break_found = 1;
-  const auto fail = [&] {
-    *break_found = 0;
-    return 0;
-  };
-  if (backward_count > 0) {
+Long utf8_FindBreaks(const char* text, Long lower_bound, Long end,
+                     const Long* backward_class, Long backward_count,
+                     unsigned char backward_flag, const Long* forward_class,
+                     Long forward_count, unsigned char forward_flag,
+                     Long* selection_start, Long* selection_end,
+                     unsigned char* break_found, Long reference,
+                     QuillYield yield) {
+  const auto widen = [&](bool backward, const Long* members, Long count,
+                         unsigned char flag, Long* edge) {
+    const Long bound = backward ? lower_bound : end;
     Meter meter(reference, yield);
-    int32_t p = *selection_start;
+    Long at = *edge;
     for (bool widening = true; widening;) {
-      if (p <= lower_bound) {
-        *selection_start = lower_bound;
+      if (backward ? at <= bound : at >= bound) {
+        *edge = bound;
         *break_found = 0;
-        break;
+        return true;
       }
-      const Character read = previous_character(text, p, end);
-      if (!read.was_read) return fail();
-      p = read.start;
-      const bool member =
-          utf8_InList(read.packed, backward_class, backward_count) == 1;
-      if (member != (backward_flag == 1)) {
-        *selection_start = read.next;
+      const Character read = backward ? previous_character(text, at, end)
+                                      : next_character(text, at, end);
+      if (!read.was_read) return false;
+      at = backward ? read.start : read.next;
+      const bool member = utf8_InList(read.packed, members, count) == 1;
+      if (member != (flag == 1)) {
+        *edge = backward ? read.next : read.start;
         widening = false;
       }
       meter.tick(lower_bound);
-      if (!meter.go_on) return fail();
+      if (!meter.go_on) return false;
     }
+    return true;
+  };
+  *break_found = 1;
+  if ((backward_count <= 0 || widen(true, backward_class, backward_count,
+                                    backward_flag, selection_start)) &&
+      (forward_count <= 0 || widen(false, forward_class, forward_count,
+                                   forward_flag, selection_end))) {
+    return 1;
   }
-  if (forward_count <= 0) return 1;
-  Meter meter(reference, yield);
-  int32_t q = *selection_end;
-  for (bool widening = true; widening;) {
-    if (q >= end) {
-      *selection_end = end;
-      *break_found = 0;
-      return 1;
-    }
-    const Character read = next_character(text, q, end);
-    if (!read.was_read) return fail();
-    q = read.next;
-    const bool member =
-        utf8_InList(read.packed, forward_class, forward_count) == 1;
-    if (member != (forward_flag == 1)) {
-      *selection_end = read.start;
-      widening = false;
-    }
-    meter.tick(lower_bound);
-    if (!meter.go_on) return fail();
-  }
-  return 1;
+  *break_found = 0;
+  return 0;
 }
 
-int32_t utf8_ComputeBreaks(QuillBlock text, int32_t start, int32_t end,
-                           int32_t chunk, QuillBlock* list, int32_t* long_count,
-                           int32_t reference, QuillYield yield) {
+Long utf8_ComputeBreaks(QuillBlock text, Long start, Long end, Long chunk,
+                        QuillBlock* list, Long* long_count, Long reference,
+                        QuillYield yield) {
   if (is_refused(text, start, end, chunk)) return 0;
   UnlockBlock(text);
   test::Longs positions;
   Meter meter(reference, yield);
-  int32_t p = start;
+  Long p = start;
   while (p < end && meter.go_on) {
-    int32_t count = 0;
+    Long count = 0;
     while (count < chunk && p < end) {
       const Character read = containing_character(*text, p, end);
       if (!read.was_read || read.next <= p) return 0;
@@ -105,18 +87,17 @@ int32_t utf8_ComputeBreaks(QuillBlock text, int32_t start, int32_t end,
   return hand_over(positions, list, long_count);
 }
 
-int32_t utf8_ComputeSpaceBreaks(QuillBlock text, int32_t start, int32_t end,
-                                int32_t width, QuillBlock* list,
-                                int32_t* long_count, int32_t reference,
-                                QuillYield yield) {
+Long utf8_ComputeSpaceBreaks(QuillBlock text, Long start, Long end, Long width,
+                             QuillBlock* list, Long* long_count, Long reference,
+                             QuillYield yield) {
   if (is_refused(text, start, end, width)) return 0;
   UnlockBlock(text);
   test::Longs positions;
   Meter meter(reference, yield);
-  int32_t p = start;
+  Long p = start;
   while (p < end && meter.go_on) {
-    int32_t limit = p + width;
-    int32_t last_space = -1;
+    Long limit = p + width;
+    Long last_space = -1;
     while (p < limit && p < end) {
       const Character read = next_character(*text, p, end);
       if (!read.was_read) return 0;

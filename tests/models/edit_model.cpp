@@ -1,10 +1,7 @@
-#include "tests/models/edit_model.h"
-
 #include <algorithm>
 #include <optional>
 
-#include "tests/models/characters_model.h"
-#include "tests/models/meter.h"
+#include "tests/models/naive.h"
 #include "tests/support/blocks.h"
 
 namespace quill::naive {
@@ -73,22 +70,13 @@ void make(Edits& edits, QuillBlock block) {
 
 Longs decoded(const std::string& bytes) {
   Longs characters;
-  const auto end = static_cast<Long>(bytes.size());
+  const auto end = test::length_of(bytes);
   Character read = next_character(bytes.data(), 0, end);
   while (read.was_read) {
     characters.push_back(read.packed);
     read = next_character(bytes.data(), read.next, end);
   }
   return characters;
-}
-
-std::string encoded(Long packed) {
-  std::string bytes;
-  for (int shift = 0; shift < 32; shift += 8) {
-    const auto byte = static_cast<char>(packed >> shift & 0xFF);
-    if (shift == 0 || byte != 0) bytes += byte;
-  }
-  return bytes;
 }
 
 bool is_string(const char* bytes, Long length) {
@@ -102,8 +90,7 @@ std::string string_of(const char* bytes, Long length) {
 
 bool has_open_position(const std::string& string, const unsigned char* flags) {
   Long count = 0;
-  utf8_CountCharacters(string.data(), 0, static_cast<Long>(string.size()),
-                       &count);
+  utf8_CountCharacters(string.data(), 0, test::length_of(string), &count);
   return flags != nullptr &&
          std::any_of(flags, flags + count,
                      [](unsigned char flag) { return flag == 0; });
@@ -116,9 +103,8 @@ std::optional<Edit> edit_of(const QuillReplaceEntry& entry) {
   if (entry.kind == 0) return edit;
   const Long length = entry.replacement_length;
   if (!is_string(entry.replacement, length)) return std::nullopt;
-  const std::int64_t change = length - (std::int64_t{entry.end} - entry.start);
-  const int kind = change < 0 ? 1 : change == 0 ? 2 : 3;
-  if (entry.kind != kind) return std::nullopt;
+  const std::int64_t selected = std::int64_t{entry.end} - entry.start;
+  if (entry.kind != kind_of(length, selected)) return std::nullopt;
   edit.with = string_of(entry.replacement, length);
   return edit;
 }
@@ -157,8 +143,8 @@ Long InsertStr(QuillBlock* text, QuillBlock selections, const char* string,
   if (with.empty()) return DelSel(text, selections);
   if (has_open_position(with, position_flags)) {
     const Longs form = decoded(with);
-    return InsertMaskedStr(text, selections, form.data(),
-                           static_cast<Long>(form.size()), position_flags);
+    return InsertMaskedStr(text, selections, form.data(), test::length_of(form),
+                           position_flags);
   }
   if (GetBlockSize(selections) < 4) return 0;
   std::optional<Edits> edits = edits_at(*text, selections, with);
@@ -188,8 +174,8 @@ Long InsertMaskedStr(QuillBlock* text, QuillBlock selections,
     const Longs own = decoded(part_of(before, edit.start, edit.end));
     for (Long i = 0; i < character_count; ++i) {
       const bool stays = position_flags[i] != 1 && i < std::ssize(own);
-      *edit.with +=
-          encoded(stays ? own[static_cast<std::size_t>(i)] : characters[i]);
+      append_character(
+          *edit.with, stays ? own[static_cast<std::size_t>(i)] : characters[i]);
     }
   }
   make(*edits, *text);

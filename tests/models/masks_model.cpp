@@ -1,35 +1,19 @@
-#include "tests/models/masks_model.h"
-
 #include <string>
 #include <utility>
 
-#include "tests/models/characters_model.h"
-#include "tests/models/meter.h"
+#include "tests/models/naive.h"
 #include "tests/support/blocks.h"
 
 namespace quill::naive {
-namespace {
-
-void write(std::string& out, int32_t packed) {
-  const auto bits = static_cast<std::uint32_t>(packed);
-  out += static_cast<char>(bits & 0xFF);
-  for (const int shift : {8, 16, 24}) {
-    if ((bits >> shift & 0xFF) != 0) out += static_cast<char>(bits >> shift);
-  }
-}
-
-}  // namespace
-
 // The quicksort that takes the first key as its pivot.
-void utf8_SortMask(int32_t* mask_keys, int32_t* mask_values, int32_t first,
-                   int32_t limit) {
-  const auto exchange = [&](int32_t a, int32_t b) {
+void utf8_SortMask(Long* mask_keys, Long* mask_values, Long first, Long limit) {
+  const auto exchange = [&](Long a, Long b) {
     std::swap(mask_keys[a], mask_keys[b]);
     std::swap(mask_values[a], mask_values[b]);
   };
   while (first + 1 < limit) {
-    int32_t left = first + 1;
-    int32_t right = limit;
+    Long left = first + 1;
+    Long right = limit;
     while (left < right) {
       if (mask_keys[left] <= mask_keys[first]) {
         ++left;
@@ -43,10 +27,9 @@ void utf8_SortMask(int32_t* mask_keys, int32_t* mask_values, int32_t first,
   }
 }
 
-int32_t utf8_StringToLongArray(const char* text, int32_t start, int32_t end,
-                               const int32_t* mask_keys,
-                               const int32_t* mask_values, int32_t mask_count,
-                               int32_t* array, int32_t* count) {
+Long utf8_StringToLongArray(const char* text, Long start, Long end,
+                            const Long* mask_keys, const Long* mask_values,
+                            Long mask_count, Long* array, Long* count) {
   if (text == nullptr || array == nullptr || start < 0 || start >= end) {
     return 0;
   }
@@ -61,10 +44,10 @@ int32_t utf8_StringToLongArray(const char* text, int32_t start, int32_t end,
   return 1;
 }
 
-int32_t utf8_MaskString(QuillBlock source, int32_t start, int32_t end,
-                        const int32_t* mask_keys, const int32_t* mask_values,
-                        int32_t mask_count, QuillBlock* output, int32_t,
-                        int32_t reference, QuillYield yield) {
+Long utf8_MaskString(QuillBlock source, Long start, Long end,
+                     const Long* mask_keys, const Long* mask_values,
+                     Long mask_count, QuillBlock* output, Long, Long reference,
+                     QuillYield yield) {
   if (start < 0 || end <= start || source == nullptr || mask_keys == nullptr ||
       mask_values == nullptr || mask_count == 0 || end > GetBlockSize(source)) {
     return 0;
@@ -73,30 +56,30 @@ int32_t utf8_MaskString(QuillBlock source, int32_t start, int32_t end,
   *output = nullptr;
   std::string out;
   Meter meter(reference, yield);
-  int32_t position = start;
+  Long position = start;
   while (position < end && meter.go_on) {
     const Character read = next_character(*source, position, end);
     if (!read.was_read) return 0;
     position = read.next;
-    write(out,
-          utf8_MaskChar(read.packed, mask_keys, mask_values, mask_count, 1));
+    append_character(
+        out, utf8_MaskChar(read.packed, mask_keys, mask_values, mask_count, 1));
     meter.tick(position);
   }
   *output = test::block_of(out);
   return 1;
 }
 
-int32_t utf8_MaskStringSelection(QuillBlock source, const int32_t* selections,
-                                 int32_t long_count, const int32_t* mask_keys,
-                                 const int32_t* mask_values, int32_t mask_count,
-                                 QuillBlock* output, int32_t reference,
-                                 QuillYield yield) {
-  const int32_t size = GetBlockSize(source);
+Long utf8_MaskStringSelection(QuillBlock source, const Long* selections,
+                              Long long_count, const Long* mask_keys,
+                              const Long* mask_values, Long mask_count,
+                              QuillBlock* output, Long reference,
+                              QuillYield yield) {
+  const Long size = GetBlockSize(source);
   if (size < 1 || mask_keys == nullptr || mask_values == nullptr ||
       mask_count == 0 || (long_count >= 2 && selections == nullptr)) {
     return 0;
   }
-  for (int32_t i = 0; i < long_count / 2 * 2; ++i) {
+  for (Long i = 0; i < long_count / 2 * 2; ++i) {
     if (selections[i] > size) return 0;
   }
   UnlockBlock(source);
@@ -104,10 +87,10 @@ int32_t utf8_MaskStringSelection(QuillBlock source, const int32_t* selections,
   const char* const text = *source;
   std::string out;
   Meter meter(reference, yield);
-  int32_t position = 0;
-  for (int32_t taken = 0; taken + 2 <= long_count && meter.go_on;) {
-    const int32_t start = selections[taken];
-    const int32_t end = selections[taken + 1];
+  Long position = 0;
+  for (Long taken = 0; taken + 2 <= long_count && meter.go_on;) {
+    const Long start = selections[taken];
+    const Long end = selections[taken + 1];
     taken += 2;
     if (start > position) {
       out.append(text + position, text + start);
@@ -118,8 +101,8 @@ int32_t utf8_MaskStringSelection(QuillBlock source, const int32_t* selections,
       const Character read = next_character(text, position, end);
       if (!read.was_read) return 0;
       position = read.next;
-      write(out,
-            utf8_MaskChar(read.packed, mask_keys, mask_values, mask_count, 1));
+      append_character(out, utf8_MaskChar(read.packed, mask_keys, mask_values,
+                                          mask_count, 1));
       meter.tick(taken);
     }
   }

@@ -1,10 +1,6 @@
-#include "tests/models/pattern_model.h"
-
 #include <limits>
 
-#include "tests/models/byte_search_model.h"
-#include "tests/models/characters_model.h"
-#include "tests/models/meter.h"
+#include "tests/models/naive.h"
 #include "tests/support/blocks.h"
 
 namespace quill::naive {
@@ -12,20 +8,11 @@ namespace {
 
 using Parts = const QuillRangePart* const*;
 
-// By the steps of the bisection, also where the set is out of order.
 bool accepts(const QuillRangePart& part, Long character) {
-  Long low = 0;
-  Long high = part.character_count - 1;
-  while (low < high) {
-    const Long middle = (low + high) / 2;
-    if (character > part.characters[middle]) {
-      low = middle + 1;
-    } else {
-      high = middle;
-    }
-  }
+  Long place = 0;
   const bool is_member =
-      part.character_count > 0 && part.characters[low] == character;
+      BinarySearchLongs(part.characters, part.character_count, character,
+                        &place) == 1;
   return is_member == (part.include != 0);
 }
 
@@ -56,7 +43,7 @@ Long walk_matches(const char* text, Long from, Long to, Parts parts,
 
 void hand_over(const test::Longs& found, QuillBlock* list, Long* long_count) {
   *list = found.empty() ? nullptr : test::block_of(found);
-  *long_count = static_cast<Long>(found.size());
+  *long_count = test::length_of(found);
 }
 
 }  // namespace

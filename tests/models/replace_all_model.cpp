@@ -1,10 +1,4 @@
-#include "tests/models/replace_all_model.h"
-
-#include "tests/models/byte_search_model.h"
-#include "tests/models/edit_model.h"
-#include "tests/models/meter.h"
-#include "tests/models/pattern_model.h"
-#include "tests/models/string_search_model.h"
+#include "tests/models/naive.h"
 #include "tests/support/blocks.h"
 
 namespace quill::naive {
@@ -24,10 +18,10 @@ struct Insertion {
   bool keeps_block;  // also under an overlay
 };
 
-// Returns InsertStr's result. An edit that would move `position` out of 32 bits
-// is not made.
+// Returns InsertStr's result. Both offsets move with the end of the text; an
+// edit that would move `position` out of 32 bits is not made.
 Long insert(QuillBlock* text, const Matches& matches,
-            const Insertion& insertion, Long position, Long* change) {
+            const Insertion& insertion, Long* to, Long* position) {
   const QuillBlock copy = test::block_of(test::bytes_of(*text));
   test::HeldBlock edited(copy);
   if (naive::InsertStr(&edited.block, matches.list.block, insertion.string,
@@ -36,15 +30,26 @@ Long insert(QuillBlock* text, const Matches& matches,
   }
   const std::int64_t difference =
       std::int64_t{GetBlockSize(edited.block)} - GetBlockSize(*text);
-  const std::int64_t moved = position + difference;
+  const std::int64_t moved = *position + difference;
   if (moved != static_cast<Long>(moved)) return 0;
   if (insertion.keeps_block || edited.block == copy) {
     test::set_bytes(*text, edited.bytes());
   } else {
     std::swap(*text, edited.block);
   }
-  *change = static_cast<Long>(difference);
+  *to += static_cast<Long>(difference);
+  *position = static_cast<Long>(moved);
   return 1;
+}
+
+// Whether there is a text, and it reaches to `to`. Where it is too short,
+// `position` becomes `to`.
+bool is_searchable(QuillBlock text, Long to, Long* position) {
+  if (text == nullptr) return false;
+  UnlockBlock(text);
+  if (to <= GetBlockSize(text)) return true;
+  *position = to;
+  return false;
 }
 
 }  // namespace
@@ -54,23 +59,16 @@ Long ReplaceStrAll(QuillBlock text, Long from, Long* to, const char* pattern,
                    Long string_length, const unsigned char* insert_flags, Long,
                    Long, Long, Long, Long* position, Long reference,
                    QuillYield yield) {
-  if (text == nullptr) return 0;
-  UnlockBlock(text);
+  if (!is_searchable(text, *to, position)) return 0;
   Matches matches;
-  if (*to > GetBlockSize(text) ||
-      FindStrAll(*text, from, *to, pattern, pattern_length, 0, 0, 0, 0,
+  if (FindStrAll(*text, from, *to, pattern, pattern_length, 0, 0, 0, 0,
                  &matches.list.block, &matches.long_count, &matches.stop,
                  reference, yield) == 0) {
     *position = *to;
     return 0;
   }
-  Long change = 0;
-  const Long result =
-      insert(&text, matches, {string, string_length, insert_flags, true},
-             *position, &change);
-  *to += change;
-  *position += change;
-  return result;
+  return insert(&text, matches, {string, string_length, insert_flags, true}, to,
+                position);
 }
 
 Long utf8_ReplaceStrAll(QuillBlock* text, Long from, Long* to,
@@ -82,12 +80,7 @@ Long utf8_ReplaceStrAll(QuillBlock* text, Long from, Long* to,
                         Long break_count, unsigned char edge_flag,
                         unsigned char invert_flag, Long* position,
                         Long reference, QuillYield yield) {
-  if (*text == nullptr) return 0;
-  UnlockBlock(*text);
-  if (*to > GetBlockSize(*text)) {
-    *position = *to;
-    return 0;
-  }
+  if (!is_searchable(*text, *to, position)) return 0;
   Matches matches;
   naive::utf8_FindStrAll(**text, from, *to, pattern, pattern_count,
                          search_flags, mask_keys, mask_values, mask_count,
@@ -95,13 +88,8 @@ Long utf8_ReplaceStrAll(QuillBlock* text, Long from, Long* to,
                          &matches.list.block, &matches.long_count,
                          &matches.stop, reference, yield);
   if (matches.long_count == 0) return 1;
-  Long change = 0;
-  const Long result =
-      insert(text, matches, {string, string_length, insert_flags, false},
-             *position, &change);
-  *to += change;
-  *position += change;
-  return result;
+  return insert(text, matches, {string, string_length, insert_flags, false}, to,
+                position);
 }
 
 Long utf8_ReplacePatternAll(QuillBlock* text, Long from, Long* to,
@@ -109,23 +97,17 @@ Long utf8_ReplacePatternAll(QuillBlock* text, Long from, Long* to,
                             const char* string, Long string_length,
                             const unsigned char* insert_flags, Long* new_end,
                             Long reference, QuillYield yield) {
-  if (*text == nullptr) return 0;
-  UnlockBlock(*text);
-  if (*to > GetBlockSize(*text)) {
-    *new_end = *to;
-    return 0;
-  }
+  if (!is_searchable(*text, *to, new_end)) return 0;
   Matches matches;
   naive::utf8_FindPatternAll(**text, from, *to, parts, part_count,
                              &matches.list.block, &matches.long_count,
                              &matches.stop, reference, yield);
-  Long change = 0;
+  Long no_position = 0;
   const Long result =
       matches.long_count == 0
           ? 1
           : insert(text, matches, {string, string_length, insert_flags, false},
-                   0, &change);
-  *to += change;
+                   to, &no_position);
   *new_end = *to;
   return result;
 }

@@ -1,11 +1,8 @@
-#include "tests/models/selection_model.h"
-
 #include <algorithm>
 #include <climits>
 #include <string>
 
-#include "tests/models/characters_model.h"
-#include "tests/models/meter.h"
+#include "tests/models/naive.h"
 #include "tests/support/blocks.h"
 
 namespace quill::naive {
@@ -207,7 +204,7 @@ Long MapToSelection(const char* map, Long text_length, QuillBlock* list,
   }
   if (inside) found.push_back(text_length + 1);
   *list = found.empty() ? nullptr : test::block_of(found);
-  *long_count = static_cast<Long>(found.size());
+  *long_count = test::length_of(found);
   return 1;
 }
 
@@ -225,8 +222,7 @@ Long InvertSelections(QuillBlock* list, Long range_start, Long range_end) {
     const std::size_t size = longs.size();
     if (size > 1 && longs[size - 1] == longs[size - 2]) longs.resize(size - 2);
   }
-  test::set_bytes(
-      *list, {reinterpret_cast<const char*>(longs.data()), longs.size() * 4});
+  test::set_bytes(*list, test::bytes_in(longs));
   return 1;
 }
 

@@ -1,19 +1,10 @@
-#include "tests/models/string_search_model.h"
-
-#include "tests/models/characters_model.h"
-#include "tests/models/meter.h"
+#include "tests/models/naive.h"
 #include "tests/support/blocks.h"
 
 namespace quill::naive {
 namespace {
 
-bool compare(const StringCall& c, int32_t position, int32_t* next) {
-  return utf8_CompareSubstring(c.text, position, c.end, c.pattern,
-                               c.pattern_count, c.flags, c.mask_keys,
-                               c.mask_values, c.mask_count, next) == 1;
-}
-
-bool word_counts(const StringCall& c, int32_t start, int32_t end) {
+bool word_counts(const StringCall& c, Long start, Long end) {
   unsigned char before = 0;
   unsigned char after = 0;
   utf8_TestBreakChars(c.text, c.end, start, end, c.mask_keys, c.mask_values,
@@ -26,16 +17,16 @@ bool word_counts(const StringCall& c, int32_t start, int32_t end) {
   return before == 1 && after == 1;
 }
 
-bool matches(const StringCall& c, int32_t position, int32_t* next) {
+bool matches(const StringCall& c, Long position, Long* next) {
   return compare(c, position, next) && word_counts(c, position, *next);
 }
 
-int32_t full_scan(const StringCall& c, int32_t* found_start, int32_t* found_end,
-                  int32_t reference, QuillYield yield) {
+Long full_scan(const StringCall& c, Long* found_start, Long* found_end,
+               Long reference, QuillYield yield) {
   Meter meter(reference, yield);
-  int32_t p = c.start;
+  Long p = c.start;
   while (p < c.end && meter.go_on) {
-    int32_t next = 0;
+    Long next = 0;
     const bool found = !is_continuation_at(c.text, p) && matches(c, p, &next);
     if (found) {
       *found_start = p;
@@ -50,21 +41,20 @@ int32_t full_scan(const StringCall& c, int32_t* found_start, int32_t* found_end,
   return 0;
 }
 
-int32_t first_byte_scan(const StringCall& c, int32_t* found_start,
-                        int32_t* found_end, int32_t reference,
-                        QuillYield yield) {
+Long first_byte_scan(const StringCall& c, Long* found_start, Long* found_end,
+                     Long reference, QuillYield yield) {
   const char sought = static_cast<char>(c.pattern[0] & 0xFF);
   Meter meter(reference, yield);
-  int32_t p = c.start;
+  Long p = c.start;
   while (p < c.end && meter.go_on) {
-    int32_t q = p;
+    Long q = p;
     while (q < c.end && c.text[q] != sought) {
       if (!meter.go_on) break;
       ++q;
       meter.tick(q);
     }
     meter.count();
-    int32_t next = 0;
+    Long next = 0;
     const bool found = q < c.end && c.text[q] == sought && matches(c, q, &next);
     if (found) {
       *found_start = q;
@@ -79,13 +69,18 @@ int32_t first_byte_scan(const StringCall& c, int32_t* found_start,
 
 }  // namespace
 
-int32_t utf8_CompareSubstring(const char* text, int32_t position, int32_t end,
-                              const int32_t* pattern, int32_t pattern_count,
-                              const unsigned char* position_flags,
-                              const int32_t* mask_keys,
-                              const int32_t* mask_values, int32_t mask_count,
-                              int32_t* next) {
-  for (int32_t i = 0; i < pattern_count; ++i) {
+bool compare(const StringCall& c, Long position, Long* next) {
+  return utf8_CompareSubstring(c.text, position, c.end, c.pattern,
+                               c.pattern_count, c.flags, c.mask_keys,
+                               c.mask_values, c.mask_count, next) == 1;
+}
+
+Long utf8_CompareSubstring(const char* text, Long position, Long end,
+                           const Long* pattern, Long pattern_count,
+                           const unsigned char* position_flags,
+                           const Long* mask_keys, const Long* mask_values,
+                           Long mask_count, Long* next) {
+  for (Long i = 0; i < pattern_count; ++i) {
     const Character read = next_character(text, position, end);
     *next = position = read.next;
     if (!read.was_read) return 0;
@@ -98,17 +93,17 @@ int32_t utf8_CompareSubstring(const char* text, int32_t position, int32_t end,
   return 1;
 }
 
-void utf8_TestBreakChars(const char* text, int32_t end, int32_t match_start,
-                         int32_t match_end, const int32_t* mask_keys,
-                         const int32_t* mask_values, int32_t mask_count,
-                         const int32_t* break_characters, int32_t break_count,
+void utf8_TestBreakChars(const char* text, Long end, Long match_start,
+                         Long match_end, const Long* mask_keys,
+                         const Long* mask_values, Long mask_count,
+                         const Long* break_characters, Long break_count,
                          unsigned char edge_flag, unsigned char* before,
                          unsigned char* after) {
   *before = *after = 1;
   if (break_characters == nullptr || break_count == 0) return;
   const auto is_break = [&](const Character& read) -> unsigned char {
     if (!read.was_read) return 0;
-    const int32_t mapped =
+    const Long mapped =
         utf8_MaskChar(read.packed, mask_keys, mask_values, mask_count, 1);
     return utf8_InList(mapped, break_characters, break_count) == 1 ? 1 : 0;
   };
@@ -119,8 +114,8 @@ void utf8_TestBreakChars(const char* text, int32_t end, int32_t match_start,
                             : is_break(next_character(text, match_end, end));
 }
 
-int32_t find(const StringCall& c, int32_t* found_start, int32_t* found_end,
-             int32_t reference, QuillYield yield) {
+Long find(const StringCall& c, Long* found_start, Long* found_end,
+          Long reference, QuillYield yield) {
   *found_start = 0;
   *found_end = c.end;
   if (c.text == nullptr || c.start < 0 || c.end < c.start || c.end < 1 ||
@@ -133,8 +128,8 @@ int32_t find(const StringCall& c, int32_t* found_start, int32_t* found_end,
              : full_scan(c, found_start, found_end, reference, yield);
 }
 
-int32_t find_previous(const StringCall& c, int32_t* found_start,
-                      int32_t* found_end, int32_t reference, QuillYield yield) {
+Long find_previous(const StringCall& c, Long* found_start, Long* found_end,
+                   Long reference, QuillYield yield) {
   *found_start = 0;
   *found_end = c.start;
   const std::int64_t highest = std::int64_t{c.end} - c.pattern_count;
@@ -142,10 +137,10 @@ int32_t find_previous(const StringCall& c, int32_t* found_start,
       c.pattern == nullptr || c.pattern_count < 1 || c.start > highest) {
     return 0;
   }
-  auto p = static_cast<int32_t>(highest);
+  auto p = static_cast<Long>(highest);
   Meter meter(reference, yield);
   while (p >= c.start && meter.go_on) {
-    int32_t next = 0;
+    Long next = 0;
     const bool found = matches(c, p, &next);
     if (found) {
       *found_start = *found_end = p;
@@ -158,12 +153,12 @@ int32_t find_previous(const StringCall& c, int32_t* found_start,
   return 0;
 }
 
-int32_t find_nth(const StringCall& c, int32_t* occurrence, int32_t* found_start,
-                 int32_t* found_end, int32_t reference, QuillYield yield) {
+Long find_nth(const StringCall& c, Long* occurrence, Long* found_start,
+              Long* found_end, Long reference, QuillYield yield) {
   *found_end = c.start;
-  const int32_t n = *occurrence;
-  int32_t made = 0;
-  int32_t last = 1;
+  const Long n = *occurrence;
+  Long made = 0;
+  Long last = 1;
   Meter meter(reference, yield);
   while (made < n && last == 1 && meter.go_on) {
     StringCall rest = c;
@@ -176,25 +171,25 @@ int32_t find_nth(const StringCall& c, int32_t* occurrence, int32_t* found_start,
   return last;
 }
 
-int32_t count_all(const StringCall& c, int32_t* match_count, int32_t* stop,
-                  int32_t reference, QuillYield yield) {
+Long count_all(const StringCall& c, Long* match_count, Long* stop,
+               Long reference, QuillYield yield) {
   QuillBlock list = nullptr;
-  int32_t long_count = 0;
+  Long long_count = 0;
   find_all(c, &list, &long_count, stop, reference, yield);
   DisposeBlock(list);
   *match_count = long_count / 2;
   return 1;
 }
 
-int32_t find_all(const StringCall& c, QuillBlock* list, int32_t* long_count,
-                 int32_t* stop, int32_t reference, QuillYield yield) {
+Long find_all(const StringCall& c, QuillBlock* list, Long* long_count,
+              Long* stop, Long reference, QuillYield yield) {
   test::Longs found;
-  int32_t p = c.start;
+  Long p = c.start;
   Meter meter(reference, yield);
   while (p < c.end && meter.go_on) {
     StringCall rest = c;
     rest.start = p;
-    int32_t found_start = 0;
+    Long found_start = 0;
     if (find(rest, &found_start, &p, reference, yield) == 1) {
       found.push_back(found_start);
       found.push_back(p);
@@ -202,7 +197,7 @@ int32_t find_all(const StringCall& c, QuillBlock* list, int32_t* long_count,
     meter.tick(p);
   }
   *list = found.empty() ? nullptr : test::block_of(found);
-  *long_count = static_cast<int32_t>(found.size());
+  *long_count = test::length_of(found);
   *stop = p;
   return 1;
 }

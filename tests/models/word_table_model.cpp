@@ -1,9 +1,4 @@
-#include "tests/models/word_table_model.h"
-
-#include "tests/models/characters_model.h"
-#include "tests/models/edit_model.h"
-#include "tests/models/meter.h"
-#include "tests/models/pattern_model.h"
+#include "tests/models/naive.h"
 #include "tests/support/blocks.h"
 
 namespace quill::naive {
@@ -36,11 +31,8 @@ QuillReplaceEntry entry_for(Long start, Long end, const char* text,
     const QuillWordEntry& word = *words[i];
     if (!begins_with(word, text, start, end, mask)) continue;
     const Long length = word.replacement_length;
-    const std::int64_t change = length - (std::int64_t{end} - start);
     return {start, end, word.replacement, length,
-            change < 0    ? 1
-            : change == 0 ? 2
-                          : 3};
+            kind_of(length, std::int64_t{end} - start)};
   }
   return {start, end, nullptr, 0, 0};
 }
@@ -82,8 +74,8 @@ Long utf8_WordTableReplace(QuillBlock* text, Long from, Long* to,
   }
   std::vector<QuillReplaceEntry*> pointers;
   for (QuillReplaceEntry& entry : entries) pointers.push_back(&entry);
-  if (naive::InsertMultiple(text, pointers.data(),
-                            static_cast<Long>(pointers.size())) == 0) {
+  if (naive::InsertMultiple(text, pointers.data(), test::length_of(pointers)) ==
+      0) {
     return 0;
   }
   *to += GetBlockSize(*text) - size;

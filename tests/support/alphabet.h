@@ -40,4 +40,16 @@ inline std::int32_t packed(std::string_view character) {
   return static_cast<std::int32_t>(value);
 }
 
+// The characters of a well-formed text.
+inline std::vector<std::int32_t> spell(std::string_view text) {
+  std::vector<std::int32_t> longs;
+  while (!text.empty()) {
+    std::size_t length = 1;
+    while (length < text.size() && (text[length] & 0xC0) == 0x80) ++length;
+    longs.push_back(packed(text.substr(0, length)));
+    text.remove_prefix(length);
+  }
+  return longs;
+}
+
 }  // namespace quill::test

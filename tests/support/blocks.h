@@ -15,6 +15,10 @@ namespace quill::test {
 
 using Longs = std::vector<std::int32_t>;
 
+std::int32_t length_of(const auto& container) {
+  return static_cast<std::int32_t>(container.size());
+}
+
 inline std::string bytes_of(QuillBlock block) {
   if (block == nullptr) return {};
   return {*block, static_cast<std::size_t>(GetBlockSize(block))};
@@ -24,6 +28,10 @@ inline Longs longs_in(std::string_view bytes) {
   Longs longs(bytes.size() / 4);
   if (!longs.empty()) std::memcpy(longs.data(), bytes.data(), longs.size() * 4);
   return longs;
+}
+
+inline std::string_view bytes_in(const Longs& longs) {
+  return {reinterpret_cast<const char*>(longs.data()), longs.size() * 4};
 }
 
 inline Longs longs_of(QuillBlock block) { return longs_in(bytes_of(block)); }
@@ -51,8 +59,7 @@ inline QuillBlock block_of(std::string_view bytes) {
   return block;
 }
 inline QuillBlock block_of(const Longs& longs) {
-  return block_of(std::string_view(reinterpret_cast<const char*>(longs.data()),
-                                   longs.size() * 4));
+  return block_of(bytes_in(longs));
 }
 
 // Gives a Block other contents, and unlocks it.
@@ -77,9 +84,14 @@ struct BlockState {
   bool operator==(const BlockState&) const = default;
 };
 
+inline const BlockState kNoBlock = {BlockState::Kind::kNull};
+inline BlockState unlocked(std::string_view bytes) {
+  return {BlockState::Kind::kUnlocked, std::string(bytes)};
+}
+
 inline BlockState state_of(QuillBlock block) {
   if (block == untouched()) return {};
-  if (block == nullptr) return {BlockState::Kind::kNull};
+  if (block == nullptr) return kNoBlock;
   return {is_locked(block) ? BlockState::Kind::kLocked
                            : BlockState::Kind::kUnlocked,
           bytes_of(block)};

@@ -9,6 +9,7 @@
 
 #include <functional>
 
+#include "tests/models/naive.h"
 #include "tests/support/blocks.h"
 #include "tests/support/show.h"
 #include "tests/support/yield_recorder.h"
@@ -17,12 +18,8 @@ namespace quill::test {
 
 enum class Side { kLibrary, kNaive };
 
-// pick(side, FindStr, naive::FindStr)(...) makes the call to that side; both
-// have the same type.
-template <class Function>
-Function* pick(Side side, Function* library, Function* naive) {
-  return side == Side::kLibrary ? library : naive;
-}
+// QUILL_PICK(side, FindStr)(...) makes the call to that side.
+#define QUILL_PICK(side, name) ((side) == Side::kLibrary ? ::name : naive::name)
 
 // What a call leaves behind. Each call fills in what it has.
 struct Outcome {
@@ -62,9 +59,6 @@ template <class Call>
 Run run_of(const Call& call) {
   return [&call](Side side, QuillYield yield) { return call.run(side, yield); };
 }
-
-// Answers stated by hand are asked of both sides.
-inline constexpr Side kBothSides[] = {Side::kLibrary, Side::kNaive};
 
 template <class Call>
 Outcome outcome_of(const Call& call, Side side = Side::kLibrary,

@@ -8,15 +8,7 @@
 namespace quill::test {
 
 Longs set_of(std::string_view characters) {
-  Longs set;
-  while (!characters.empty()) {
-    std::size_t size = 1;
-    while (size < characters.size() && (characters[size] & 0xC0) == 0x80) {
-      ++size;
-    }
-    set.push_back(packed(characters.substr(0, size)));
-    characters.remove_prefix(size);
-  }
+  Longs set = spell(characters);
   std::sort(set.begin(), set.end());
   return set;
 }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <ostream>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "tests/support/blocks.h"
@@ -12,6 +13,10 @@
 namespace quill::test {
 
 std::string show(std::integral auto number) { return std::to_string(number); }
+template <class Enum>
+requires std::is_enum_v<Enum> std::string show(Enum value) {
+  return std::to_string(static_cast<int>(value));
+}
 inline std::string show(const char* words) { return words; }
 
 // In quotes, with what is not printable ASCII in hexadecimal.

@@ -12,19 +12,6 @@
 
 namespace quill::test {
 
-// Sets YieldMax for a scope.
-class YieldMaxScope {
- public:
-  explicit YieldMaxScope(std::int32_t value)
-      : before_(std::exchange(YieldMax, value)) {}
-  ~YieldMaxScope() { YieldMax = before_; }
-  YieldMaxScope(const YieldMaxScope&) = delete;
-  YieldMaxScope& operator=(const YieldMaxScope&) = delete;
-
- private:
-  std::int32_t before_;
-};
-
 // The values of YieldMax that every operation is crossed with.
 inline constexpr std::int32_t kYieldMaxima[] = {1, 2, 7, 10000, 0, -1};
 
@@ -47,9 +34,12 @@ class YieldRecorder {
 
   explicit YieldRecorder(const HostPlan& plan = {})
       : before_(std::exchange(active_, this)),
-        yield_max_(plan.yield_max),
+        yield_max_before_(std::exchange(YieldMax, plan.yield_max)),
         plan_(plan) {}
-  ~YieldRecorder() { active_ = before_; }
+  ~YieldRecorder() {
+    active_ = before_;
+    YieldMax = yield_max_before_;
+  }
   YieldRecorder(const YieldRecorder&) = delete;
   YieldRecorder& operator=(const YieldRecorder&) = delete;
 
@@ -69,7 +59,7 @@ class YieldRecorder {
 
   static YieldRecorder* active_;
   YieldRecorder* before_;
-  YieldMaxScope yield_max_;
+  std::int32_t yield_max_before_;
   HostPlan plan_;
   std::vector<Call> calls_;
   std::span<const std::int32_t> watched_;
