@@ -248,5 +248,68 @@ TEST(SelectionLists, StayAsTheyWereWhenMemoryIsShort) {
   }
 }
 
+// By a sort of the standard library, on texts whose order is that of their
+// bytes.
+TEST(SortSelections, SortWellFormedTexts) {
+  for_random_inputs(65, 20, [](Input& in) -> std::string {
+    SelectionCall call;
+    Longs starts;
+    for (int i = 0; i < 2000; ++i) {
+      starts.push_back(static_cast<std::int32_t>(call.text.size()));
+      call.text += in.well_formed(1);
+    }
+    std::vector<std::string_view> wanted;
+    for (std::size_t i = 0; i + 9 < starts.size(); i += 3) {
+      const std::size_t last = i + static_cast<std::size_t>(in.between(0, 9));
+      call.list.insert(call.list.end(), {starts[i], starts[last]});
+      wanted.push_back(std::string_view(call.text).substr(
+          static_cast<std::size_t>(starts[i]),
+          static_cast<std::size_t>(starts[last] - starts[i])));
+    }
+    std::stable_sort(wanted.begin(), wanted.end());
+    const Longs got = observe(run_of(call), Side::kLibrary, {}).outs;
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+      const auto start = static_cast<std::size_t>(got[2 * i]);
+      const auto end = static_cast<std::size_t>(got[2 * i + 1]);
+      if (call.text.substr(start, end - start) != wanted[i]) return call.show();
+    }
+    return {};
+  });
+}
+
+// What ordering, mapping and inverting keep: the set of bytes that a list
+// covers, or its complement.
+std::vector<bool> covered_by(const Longs& list, int text_length) {
+  std::vector<bool> bytes(static_cast<std::size_t>(text_length));
+  for (std::size_t i = 0; i + 1 < list.size(); i += 2) {
+    for (int at = std::max(list[i], 0); at < std::min(list[i + 1], text_length);
+         ++at) {
+      bytes[static_cast<std::size_t>(at)] = true;
+    }
+  }
+  return bytes;
+}
+
+TEST(SelectionSets, KeepTheBytesThatTheyCover) {
+  for_random_inputs(67, 2000, [](Input& in) -> std::string {
+    const int length = in.between(1, 300);
+    const Longs list = in.selections(static_cast<std::size_t>(length), 40);
+    std::vector<bool> bytes = covered_by(list, length);
+    HeldBlock held(list);
+    std::string map(static_cast<std::size_t>(length + 9) / 8, '\0');
+    HeldBlock from_map;
+    std::int32_t count = 0;
+    SelectionToMap(map.data(), length, held.block);
+    MapToSelection(map.data(), length, &from_map.block, &count);
+    OrderSelections(&held.block, length);
+    if (held.longs() != from_map.longs()) return "map " + show(list);
+    if (covered_by(held.longs(), length) != bytes) return "order " + show(list);
+    InvertSelections(&held.block, 0, length);
+    bytes.flip();
+    return covered_by(held.longs(), length) == bytes ? ""
+                                                     : "invert " + show(list);
+  });
+}
+
 }  // namespace
 }  // namespace quill::test
