@@ -152,9 +152,10 @@ std::string SelectionCall::show() const {
 SelectionCall draw_selection_call(Input& in) {
   SelectionCall call;
   call.operation = static_cast<SelectionCall::Operation>(in.between(0, 10));
-  if (in.one_in(16))
+  if (in.one_in(16)) {
     call.missing = in.pick({SelectionCall::kText, SelectionCall::kPrefix,
                             SelectionCall::kSuffix, SelectionCall::kList});
+  }
   switch (call.operation) {
     case SelectionCall::kSortAnything:
       call.size = in.pick({1, 3, 4, 8, 12, 16, 21});

@@ -15,8 +15,7 @@ Outcome WordTableCall::run(Side side, QuillYield yield) const {
                      word.replacement.data(),
                      is_unusable ? -1 : length_of(word.replacement)});
   }
-  std::vector<QuillWordEntry*> pointers;
-  for (QuillWordEntry& entry : table) pointers.push_back(&entry);
+  std::vector<QuillWordEntry*> pointers = pointers_to(table);
   Outcome o;
   if (only_fills) {
     fill(side, pointers, o);
@@ -34,8 +33,7 @@ void WordTableCall::fill(Side side, std::vector<QuillWordEntry*>& table,
   for (std::size_t i = 0; i < selections.size(); i += 2) {
     entries.push_back({selections[i], selections[i + 1], "?", 99, 99});
   }
-  std::vector<QuillReplaceEntry*> pointers;
-  for (QuillReplaceEntry& entry : entries) pointers.push_back(&entry);
+  std::vector<QuillReplaceEntry*> pointers = pointers_to(entries);
   o.result = QUILL_PICK(side, WordTable_FillReplaceTable)(
       pointers.data(), length_of(pointers), table.data(), length_of(table),
       guarded.data(), own.keys.data(), own.values.data(), own.count());
@@ -91,7 +89,8 @@ WordTableCall draw_word_table_call(Input& in) {
           packed(letters[static_cast<std::size_t>(in.between(0, kinds))]));
     }
     // Of a length that tells which word it is.
-    word.replacement.assign(static_cast<std::size_t>(left + in.between(0, 7)),
+    word.replacement.assign(static_cast<std::size_t>(left) +
+                                static_cast<std::size_t>(in.between(0, 7)),
                             'x');
     call.words.push_back(std::move(word));
   }

@@ -17,7 +17,7 @@ Long copy_pairs(const char* text, char* destination, Long capacity,
   if (capacity < 1) return 0;
   *copied = 0;
   for (Long done = 0; done < count && *copied < capacity;) {
-    const Long* const pair = pairs + stride * ++done - 2;
+    const Long* const pair = pairs + std::int64_t{stride} * ++done - 2;
     const std::int64_t start = pair[0];
     const std::int64_t length = std::max<std::int64_t>(pair[1] - start, 0);
     if (length > capacity - *copied) return 0;

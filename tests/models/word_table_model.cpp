@@ -72,8 +72,7 @@ Long utf8_WordTableReplace(QuillBlock* text, Long from, Long* to,
     entries.push_back(entry_for(list[i], list[i + 1], **text, words, word_count,
                                 {mask_keys, mask_values, mask_count}));
   }
-  std::vector<QuillReplaceEntry*> pointers;
-  for (QuillReplaceEntry& entry : entries) pointers.push_back(&entry);
+  std::vector<QuillReplaceEntry*> pointers = test::pointers_to(entries);
   if (naive::InsertMultiple(text, pointers.data(), test::length_of(pointers)) ==
       0) {
     return 0;

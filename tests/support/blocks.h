@@ -19,6 +19,14 @@ std::int32_t length_of(const auto& container) {
   return static_cast<std::int32_t>(container.size());
 }
 
+// The table of pointers in which a host passes its entries.
+template <class Entry>
+std::vector<Entry*> pointers_to(std::vector<Entry>& entries) {
+  std::vector<Entry*> pointers(entries.size());
+  for (std::size_t i = 0; i < entries.size(); ++i) pointers[i] = &entries[i];
+  return pointers;
+}
+
 inline std::string bytes_of(QuillBlock block) {
   if (block == nullptr) return {};
   return {*block, static_cast<std::size_t>(GetBlockSize(block))};
