@@ -16,7 +16,7 @@ namespace quill::tool {
 namespace {
 
 // How long a stopped run may take to end by itself.
-constexpr std::chrono::milliseconds kGrace{50};
+constexpr std::chrono::milliseconds kGrace{10};
 
 std::atomic<int> stop_signal{0};
 
