@@ -16,7 +16,7 @@ constexpr Offset kCacheLine = 64;
 constexpr Offset kTwoLines = 2 * kCacheLine;
 constexpr Offset kFetchAhead = 4096;
 
-// The address may lie outside the text; it is only asked for.
+// Only a hint: the address may lie outside the text, where nothing is read.
 inline void fetch(const char* around, Offset distance) {
   __builtin_prefetch(around + distance);
 }

@@ -432,7 +432,8 @@ QUILL_EXPORT int32_t utf8_CountCharacters(const char* text, int32_t start,
 /// @param start      byte offset; refused when negative or above `end`
 /// @param end        byte offset, exclusive
 /// @param count      set to 0 first, also when refused; then to the number of
-///                   characters, up to the stop if the host stops
+///                   characters, up to the stop if the host stops; current
+///                   whenever the host is asked
 /// @param reference  handed to `yield` unchanged
 /// @param yield      asked every YieldMax characters; hears the offset just
 ///                   past the last one, which lies beyond `end` when that cuts
