@@ -14,6 +14,7 @@ int main(int argc, char** argv) {
   add_edit_cases();
   add_word_table_cases();
   add_selection_cases();
+  add_growth_cases();
   add_peer_cases();
   benchmark::RunSpecifiedBenchmarks();
   return 0;

@@ -27,16 +27,30 @@ class Row:
         self.parts = name.split("/")
         self.size = self.parts[-1] if self.parts[-1][0].isdigit() else ""
         what = self.parts[:-1] if self.size else self.parts
-        is_peer = what[0] == "peer"
-        self.subject = " ".join(what[:2]) if is_peer else what[0]
-        self.what = "/".join(what[2 if is_peer else 1 :])
-        self.is_peer = is_peer
+        self.is_peer = what[0] == "peer"
+        self.is_growth = what[0] == "growth"
+        if self.is_growth:
+            what = what[1:]
+        self.subject = " ".join(what[:2]) if self.is_peer else what[0]
+        self.what = "/".join(what[2 if self.is_peer else 1 :])
         self.call = run["real_time"] * NANOSECONDS[run["time_unit"]] / run.get("batch", 1)
         self.bytes_per_second = run.get("bytes_per_second")
         self.items_per_second = run.get("items_per_second")
 
     def is_long(self):
         return self.size.endswith("_MiB") and self.bytes_per_second
+
+    def is_growth_by_bytes(self):
+        return self.size.endswith("_MiB") and not self.items_per_second
+
+    def cost(self):
+        """Nanoseconds for 1,000 bytes or for one selection, and of how many."""
+        if self.is_growth_by_bytes():
+            nanoseconds = 1e12 / self.bytes_per_second
+            shown = f"{nanoseconds:.3g}" if nanoseconds < 1000 else f"{nanoseconds:,.0f}"
+            return f"{self.size.replace('_', ' ')}: {shown}"
+        selections = round(self.call * self.items_per_second / 1e9)
+        return f"{selections:,}: {1e9 / self.items_per_second:.3g}"
 
     def rate(self):
         if self.bytes_per_second and self.call > 0:
@@ -91,6 +105,18 @@ def table(rows):
     return "\n".join(lines)
 
 
+def growth_table(rows):
+    """What a byte or a selection costs, at each size."""
+    cases = {}
+    for row in rows:
+        cases.setdefault((row.subject, row.what), []).append(row)
+    lines = ["| operation | case | ns for 1,000 bytes, or for a selection |", "|---|---|---|"]
+    for (subject, what), sizes in cases.items():
+        costs = ", ".join(row.cost() for row in sizes)
+        lines.append(f"| `{subject}` | {what} | {costs} |")
+    return "\n".join(lines)
+
+
 def plot(rows):
     """Bars of GB/s on the long texts, on a logarithmic scale from 0.01 to 100."""
     step, left, width = 15, 330, 420
@@ -116,17 +142,26 @@ def plot(rows):
     return "\n".join(svg)
 
 
+def replaced(page, name, content):
+    """The page with other content between the markers of that name."""
+    begin, end = f"<!-- {name} -->\n", f"<!-- end of {name} -->\n"
+    before, rest = page.split(begin)
+    _, after = rest.split(end)
+    return f"{before}{begin}{content}\n{end}{after}"
+
+
 def main():
     rows, context = read_rows(pathlib.Path(sys.argv[1]))
     check_coverage(rows)
     machine = (f"{context['num_cpus']} cores at {context['mhz_per_cpu']} MHz, "
                f"{context['date'][:10]}.")
+    growth = [row for row in rows if row.is_growth]
+    others = [row for row in rows if not row.is_growth]
     page = ROOT / "docs/performance.md"
-    begin, end = "<!-- results -->\n", "<!-- end of results -->\n"
-    before, rest = page.read_text().split(begin)
-    _, after = rest.split(end)
-    page.write_text(f"{before}{begin}{machine}\n\n{table(rows)}\n{end}{after}")
-    (ROOT / "docs/performance.svg").write_text(plot([row for row in rows if row.is_long()]))
+    text = replaced(page.read_text(), "growth", growth_table(growth))
+    text = replaced(text, "results", f"{machine}\n\n{table(others)}")
+    page.write_text(text)
+    (ROOT / "docs/performance.svg").write_text(plot([row for row in others if row.is_long()]))
     print(f"{len(rows)} cases written to {page.relative_to(ROOT)}")
 
 

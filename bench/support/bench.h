@@ -195,6 +195,7 @@ void add_pattern_cases();
 void add_edit_cases();
 void add_word_table_cases();
 void add_selection_cases();
+void add_growth_cases();
 void add_peer_cases();
 
 }  // namespace quill::bench
