@@ -1,11 +1,13 @@
 // Blocks of text in AVX-512 registers: a bit for each of up to 64 bytes.
 //
-// Included by source files that have turned the instructions on; everything is
-// local to the including file.
+// Everything is local to the including file, which it turns the instructions on
+// for.
 // NOLINTBEGIN(misc-definitions-in-headers)
 #pragma once
 
 #include "blocks/base.h"
+// Behind all that other files share.
+#include "blocks/avx512_begin.h"
 
 namespace quill {
 namespace {

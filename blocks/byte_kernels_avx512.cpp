@@ -8,19 +8,7 @@
 
 #if defined(__x86_64__)
 
-#include <immintrin.h>
-
-// From here on functions may use the instructions; those above are the same in
-// every file. To the end of the file, so that templates are covered, too.
-#if defined(__clang__)
-#pragma clang attribute push(                                                  \
-    __attribute__((target(                                                     \
-        "avx512f,avx512bw,avx512vl,avx512vbmi2,avx2,bmi,bmi2,lzcnt,popcnt"))), \
-    apply_to = function)
-#else
-#pragma GCC target( \
-    "avx512f,avx512bw,avx512vl,avx512vbmi2,avx2,bmi,bmi2,lzcnt,popcnt")
-#endif
+#include "blocks/avx512_begin.h"
 
 namespace quill {
 namespace {
@@ -548,8 +536,6 @@ const ByteKernels kAvx512Kernels = {
 
 }  // namespace quill
 
-#if defined(__clang__)
-#pragma clang attribute pop
-#endif
+#include "blocks/avx512_end.h"
 
 #endif  // __x86_64__

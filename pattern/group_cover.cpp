@@ -2,34 +2,13 @@
 // 64 lead bytes, or 64 second bytes, at a time.
 #include "pattern/group_cover.h"
 
-#include "blocks/instructions.h"
-
 #if defined(__x86_64__)
-
-#if defined(__GNUC__) && !defined(__clang__)
-// g++ 12 takes the operands that some of its intrinsics leave undefined on
-// purpose for mistakes.
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
-#endif
-#include <immintrin.h>
-
-#if defined(__clang__)
-#pragma clang attribute push(                                            \
-    __attribute__((target(                                               \
-        "avx512f,avx512bw,avx512vl,avx512vbmi,bmi,bmi2,lzcnt,popcnt"))), \
-    apply_to = function)
-#else
-#pragma GCC push_options
-#pragma GCC target("avx512f,avx512bw,avx512vl,avx512vbmi,bmi,bmi2,lzcnt,popcnt")
-#endif
 
 #include "blocks/avx512_block.h"
 
 namespace quill {
-namespace {
-
-void cover_groups_avx512(const GroupRows& rows, const Byte* first,
-                         const Byte* last, std::uint64_t* words) {
+void cover_groups(const GroupRows& rows, const Byte* first, const Byte* last,
+                  std::uint64_t* words) {
   const __m512i leads = load(rows.leads.data());
   const __m512i seconds = load(rows.seconds.data());
   Bits pairs_before = 0;  // members that began in the block before
@@ -52,31 +31,13 @@ void cover_groups_avx512(const GroupRows& rows, const Byte* first,
   }
 }
 
-}  // namespace
 }  // namespace quill
 
-#if defined(__clang__)
-#pragma clang attribute pop
-#else
-#pragma GCC pop_options
-#endif
-
-namespace quill {
-
-bool covers_groups_at_once() { return instructions() == Instructions::kAvx512; }
-
-void cover_groups(const GroupRows& rows, const Byte* first, const Byte* last,
-                  std::uint64_t* words) {
-  cover_groups_avx512(rows, first, last, words);
-}
-
-}  // namespace quill
+#include "blocks/avx512_end.h"
 
 #else
 
 namespace quill {
-
-bool covers_groups_at_once() { return false; }
 
 void cover_groups(const GroupRows&, const Byte*, const Byte*, std::uint64_t*) {}
 

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "blocks/base.h"
+#include "blocks/instructions.h"
 
 namespace quill {
 
@@ -16,7 +17,9 @@ struct GroupRows {
 };
 
 // Whether there is a kernel: elsewhere the groups are covered one by one.
-bool covers_groups_at_once();
+inline bool covers_groups_at_once() {
+  return instructions() == Instructions::kAvx512;
+}
 
 // Sets, in the words of a range in order, the bits of all bytes of members,
 // which have two bytes, or three after a lead byte from 0xE0 on.

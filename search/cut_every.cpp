@@ -2,21 +2,7 @@
 // along with it: no byte is looked at twice.
 #include "search/cut_every.h"
 
-#include "blocks/instructions.h"
-
 #if defined(__x86_64__)
-
-#include <immintrin.h>
-
-#if defined(__clang__)
-#pragma clang attribute push(                                        \
-    __attribute__((                                                  \
-        target("avx512f,avx512bw,avx512vl,bmi,bmi2,lzcnt,popcnt"))), \
-    apply_to = function)
-#else
-#pragma GCC push_options
-#pragma GCC target("avx512f,avx512bw,avx512vl,bmi,bmi2,lzcnt,popcnt")
-#endif
 
 #include "blocks/avx512_block.h"
 
@@ -50,10 +36,12 @@ class Starts {
   Bits bits_ = 0;
 };
 
+}  // namespace
+
 // A cut is known when the character behind it begins. Stays within whole
 // blocks; the rest is the caller's.
-Cuts cut_every_avx512(const Byte* text, Offset position, Offset end,
-                      Offset every, Offset most, std::int32_t* pairs) {
+Cuts cut_every(const Byte* text, Offset position, Offset end, Offset every,
+               Offset most, std::int32_t* pairs) {
   Starts starts;
   Offset cuts = 0;
   Offset missing = every;  // characters until the next cut
@@ -86,31 +74,13 @@ Cuts cut_every_avx512(const Byte* text, Offset position, Offset end,
   return {position, every - missing, cuts};
 }
 
-}  // namespace
 }  // namespace quill
 
-#if defined(__clang__)
-#pragma clang attribute pop
-#else
-#pragma GCC pop_options
-#endif
-
-namespace quill {
-
-bool cuts_in_blocks() { return instructions() == Instructions::kAvx512; }
-
-Cuts cut_every(const Byte* text, Offset position, Offset end, Offset every,
-               Offset most, std::int32_t* pairs) {
-  return cut_every_avx512(text, position, end, every, most, pairs);
-}
-
-}  // namespace quill
+#include "blocks/avx512_end.h"
 
 #else
 
 namespace quill {
-
-bool cuts_in_blocks() { return false; }
 
 Cuts cut_every(const Byte*, Offset position, Offset, Offset, Offset,
                std::int32_t*) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "blocks/base.h"
+#include "blocks/instructions.h"
 
 namespace quill {
 
@@ -12,7 +13,7 @@ struct Cuts {
 };
 
 // Whether there is a kernel: where there is none, others are as fast.
-bool cuts_in_blocks();
+inline bool cuts_in_blocks() { return instructions() == Instructions::kAvx512; }
 
 // Goes over characters in order from `position` on, not always all of them, and
 // stores behind every `every` a pair of equal longs, at most `most` pairs.

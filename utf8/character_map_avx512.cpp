@@ -5,22 +5,6 @@
 
 #if defined(__x86_64__)
 
-// g++ 12 takes the operands that some of its intrinsics leave undefined on
-// purpose for mistakes.
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
-#endif
-#include <immintrin.h>
-
-#if defined(__clang__)
-#pragma clang attribute push(                                            \
-    __attribute__((target(                                               \
-        "avx512f,avx512bw,avx512vl,avx512vbmi,bmi,bmi2,lzcnt,popcnt"))), \
-    apply_to = function)
-#else
-#pragma GCC target("avx512f,avx512bw,avx512vl,avx512vbmi,bmi,bmi2,lzcnt,popcnt")
-#endif
-
 #include "blocks/avx512_block.h"
 
 namespace quill {
@@ -217,8 +201,6 @@ MappedRun map_characters_avx512(const CharacterMap& map, const Byte* from,
 
 }  // namespace quill
 
-#if defined(__clang__)
-#pragma clang attribute pop
-#endif
+#include "blocks/avx512_end.h"
 
 #endif  // __x86_64__
