@@ -24,11 +24,6 @@ class CoverageWindow {
   // Whether each character is a single byte.
   bool is_ascii() const { return characters_ == limit_ - base_; }
 
-  bool is_bare(Offset position) const {
-    const Offset index = position - base_;
-    return (words_[0][index / 64] >> (index % 64) & 1) == 0;
-  }
-
   // Whether `position` lies inside, in a search that ends at `to`.
   bool holds(Offset position, Offset to) const {
     return base_ <= position && position < limit_ && to_ == to;
@@ -59,15 +54,15 @@ class CoverageWindow {
     return next<true>(words_[part], position);
   }
 
-  // Writes the start and the end of each run of covered bytes from `position`
-  // on, which is bare, and returns how many runs there are. One that ends with
-  // the window is left out. There are at most kMostEdges starts and ends.
+  // Writes where runs of covered bytes start and end, from `position` on, where
+  // one that holds it starts anew, and returns how many edges those are, at
+  // most kMostEdges. The end of a run that may go on behind the window is left
+  // out: their number is odd then.
   static constexpr Offset kMostEdges = CharacterClass::kMostCovered + 2;
-  Offset runs_from(Offset position, std::int32_t* edges) const {
+  Offset edges_from(Offset position, std::int32_t* edges) const {
     const Offset length = limit_ - base_;
     Offset index = (position - base_) / 64;
-    std::uint64_t word = words_[0][index] & ~std::uint64_t{0}
-                                                << ((position - base_) % 64);
+    std::uint64_t word = words_[0][index] & kAll << ((position - base_) % 64);
     std::uint64_t before = 0;  // the last bit of the word before
     std::int32_t* edge = edges;
     while (true) {
@@ -80,46 +75,19 @@ class CoverageWindow {
       before = word >> 63;
       word = words_[0][index];
     }
-    Offset count = edge - edges;
-    if (count % 2 == 0 && count > 0 && edge[-1] == limit_) --count;
-    return count / 2;
-  }
-
-  // Hands the runs of covered bytes from `position` on, which is bare, to
-  // `take` until it answers false. One that ends with the window is left out.
-  template <class Take>
-  void each_run(Offset position, Take take) const {
-    const Offset length = limit_ - base_;
-    Offset index = (position - base_) / 64;
-    std::uint64_t word = words_[0][index] & ~std::uint64_t{0}
-                                                << ((position - base_) % 64);
-    std::uint64_t before = 0;  // the last bit of the word before
-    Offset open = -1;          // where a run began that goes on
-    while (true) {
-      const std::uint64_t shifted = word << 1 | before;
-      std::uint64_t starts = word & ~shifted;
-      std::uint64_t ends = ~word & shifted;
-      const Offset first = base_ + index * 64;
-      for (; ends != 0; ends &= ends - 1) {
-        const Offset end = first + std::countr_zero(ends);
-        Offset start = open;
-        if (open < 0) {
-          start = first + std::countr_zero(starts);
-          starts &= starts - 1;
-        }
-        open = -1;
-        if (end == limit_ || !take(start, end)) return;
-      }
-      if (starts != 0) open = first + std::countr_zero(starts);
-      if (++index * 64 >= length) return;
-      before = word >> 63;
-      word = words_[0][index];
-    }
+    const Offset count = edge - edges;
+    return count % 2 == 0 && count > 0 && edge[-1] == limit_ ? count - 1
+                                                             : count;
   }
 
   // The first byte from `position` on at which a match can begin; or `limit`.
   Offset next_candidate(Offset position) const {
     return next<false>(narrowed_ ? candidates_ : words_[0], position);
+  }
+
+  // The first byte from `position` on that is covered, or `limit`.
+  Offset next_covered(Offset position) const {
+    return next<false>(words_[0], position);
   }
 
   // The first byte from `position` on that is not covered, or `limit`.
@@ -139,7 +107,8 @@ class CoverageWindow {
         words_[0][w] |= more[w];
       }
     }
-    narrowed_ = is_ascii() && pattern.demands().size() > 1;
+    narrowed_ = is_ascii() && (pattern.demands().size() > 1 ||
+                               pattern.begins_with_followed_run());
     if (narrowed_) narrow(text, pattern);
   }
 
@@ -149,6 +118,7 @@ class CoverageWindow {
     const Offset length = limit_ - base_;
     const Offset count = (length + 63) / 64;
     std::copy_n(words_[0], count, candidates_);
+    if (pattern.begins_with_followed_run()) keep_followed(text, pattern);
     for (const PreparedPattern::Demand& demand : pattern.demands()) {
       if (demand.place == 0) continue;
       if (demand.part >= kMostParts) break;
@@ -162,6 +132,36 @@ class CoverageWindow {
         candidates_[w] &= word >> demand.place | after << (64 - demand.place);
       }
     }
+  }
+
+  // From wherever in a run an attempt begins, it comes to the same end: only
+  // runs stay that the second part goes on behind.
+  void keep_followed(const Byte* text, const PreparedPattern& pattern) {
+    mark_part(1, text, pattern);
+    const Offset length = limit_ - base_;
+    std::uint64_t above = 1;  // lowest bit: a run may end below it, or go on
+    for (Offset w = (length + 63) / 64; w-- > 0;) {
+      const std::uint64_t run = words_[0][w];
+      std::uint64_t follows = words_[1][w];
+      if ((w + 1) * 64 > length) follows |= beyond(length);
+      follows &= ~run;
+      const std::uint64_t last = run & (follows >> 1 | above << 63);
+      // In reverse a carry goes through the whole of each run that stays.
+      const std::uint64_t reversed = in_reverse(run);
+      const std::uint64_t carried = reversed + in_reverse(last);
+      candidates_[w] = in_reverse(reversed & ~carried);
+      above = (follows | candidates_[w]) & 1;
+    }
+  }
+
+  static std::uint64_t in_reverse(std::uint64_t bits) {
+    constexpr std::uint64_t kOdd = 0x5555555555555555;
+    constexpr std::uint64_t kPairs = 0x3333333333333333;
+    constexpr std::uint64_t kNibbles = 0x0F0F0F0F0F0F0F0F;
+    bits = (bits >> 1 & kOdd) | (bits & kOdd) << 1;
+    bits = (bits >> 2 & kPairs) | (bits & kPairs) << 2;
+    bits = (bits >> 4 & kNibbles) | (bits & kNibbles) << 4;
+    return __builtin_bswap64(bits);
   }
 
   // The bits of the last word that lie beyond the window.
@@ -181,8 +181,7 @@ class CoverageWindow {
     const Offset length = limit_ - base_;
     Offset index = (position - base_) / 64;
     const auto word = [&] { return kInverted ? ~words[index] : words[index]; };
-    std::uint64_t bits = word() & ~std::uint64_t{0}
-                                      << ((position - base_) % 64);
+    std::uint64_t bits = word() & kAll << ((position - base_) % 64);
     while (bits == 0) {
       if (++index * 64 >= length) return limit_;
       bits = word();

@@ -43,13 +43,24 @@ bool PatternSearcher::find_first(Offset from, Offset to, MatchVariables found) {
   const bool is_prepared = decide();
   Offset position = from;
   if (fixed_start_) {
-    const Byte lead = byte_of(pattern_.part(0).characters[0], 0);
-    YieldMeter meter = host_.meter();
-    position = scan_for_byte({text_, from, to}, lead, meter);
+    position = scan_for_start(from, to);
     if (position < 0) return false;
   }
   return is_prepared ? find_prepared(position, to, found)
                      : find_by_the_book(position, to, found);
+}
+
+// The first byte that the one character to start with can begin at, or -1.
+Offset PatternSearcher::scan_for_start(Offset from, Offset to) {
+  YieldMeter meter = host_.meter();
+  if (window_.holds(from, to) && window_.is_ascii()) {
+    const Offset found = window_.next_covered(from);
+    if (found < window_.limit() && found - from < meter.units_left()) {
+      return found;
+    }
+  }
+  const Byte lead = byte_of(pattern_.part(0).characters[0], 0);
+  return scan_for_byte({text_, from, to}, lead, meter);
 }
 
 bool PatternSearcher::find_by_the_book(Offset position, Offset to,
@@ -128,46 +139,66 @@ PatternSearcher::Taken PatternSearcher::take_runs(Offset position, Offset to,
   const bool may_ask =
       YieldMax > 0 && YieldMax <= CharacterClass::kMostCovered + 1;
   if (!is_run_ || may_ask || !window_.holds(position, to) ||
-      !window_.is_bare(position)) {
+      prepared_.limit_of(0) < prepared_.minimum_of(0)) {
     return taken;
   }
-  const Offset minimum = prepared_.minimum_of(0);
-  const Offset limit = prepared_.limit_of(0);
-  if (limit < minimum || (limit < kMaxLong && !window_.is_ascii())) {
-    return taken;
-  }
-  if (limit < kMaxLong) return take_limited_runs(position, most, sink);
-  std::array<std::int32_t, CoverageWindow::kMostEdges> edges;
-  const Offset runs = window_.runs_from(position, edges.data());
-  const Offset count = std::min(keep_long(edges.data(), runs, minimum), most);
+  std::array<std::int32_t, CoverageWindow::kMostEdges> matches;
+  const Offset count = std::min(list_runs(position, matches.data()), most);
   if (count == 0) return taken;
-  taken.searches = sink.take(edges.data(), count);
+  taken.searches = sink.take(matches.data(), count);
   taken.refused = taken.searches < count;
   const Offset last = taken.refused ? taken.searches : count - 1;
-  taken.position = edges[static_cast<std::size_t>(2 * last + 1)];
+  taken.position = matches[static_cast<std::size_t>(2 * last + 1)];
   return taken;
 }
 
-PatternSearcher::Taken PatternSearcher::take_limited_runs(
-    Offset position, Offset most, MatchSink& sink) const {
-  Taken taken{0, position, false};
-  const Offset minimum = prepared_.minimum_of(0);
+// Lists matches of the one part there is, from a search at `position` on, and
+// returns how many of them fit: at least half as many as the window has edges.
+Offset PatternSearcher::list_runs(Offset position,
+                                  std::int32_t* matches) const {
+  if (prepared_.limit_of(0) < kMaxLong) return list_pieces(position, matches);
+  const Offset runs = window_.edges_from(position, matches) / 2;
+  return keep_long(matches, runs, prepared_.minimum_of(0));
+}
+
+// The same where runs longer than the limit are several matches.
+Offset PatternSearcher::list_pieces(Offset position,
+                                    std::int32_t* matches) const {
+  std::array<std::int32_t, CoverageWindow::kMostEdges> edges;
+  const Offset edge_count = window_.edges_from(position, edges.data());
   const Offset limit = prepared_.limit_of(0);
-  window_.each_run(position, [&](Offset start, Offset end) {
-    // Runs longer than the limit are several matches.
-    for (Offset match_end = 0; start < end; start = match_end) {
-      if (!has_characters(start, end, minimum)) break;
-      if (taken.searches >= most) return false;
-      match_end = end - start > limit ? start + limit : end;
-      taken.position = match_end;
-      const std::int32_t match[] = {to_long(start), to_long(match_end)};
-      taken.refused = sink.take(match, 1) == 0;
-      if (taken.refused) return false;
-      ++taken.searches;
+  Offset count = 0;
+  for (Offset i = 0; i < edge_count; i += 2) {
+    const auto at = static_cast<std::size_t>(i);
+    const bool goes_on = i + 1 == edge_count;
+    const Offset end = goes_on ? window_.limit() : edges[at + 1];
+    const Offset least = goes_on ? limit : prepared_.minimum_of(0);
+    for (Offset start = edges[at]; start < end;) {
+      const PreparedPattern::Run piece = piece_of(start, end, limit);
+      if (piece.count < least) break;
+      if (2 * count + 2 > CoverageWindow::kMostEdges) return count;
+      matches[2 * count] = to_long(start);
+      matches[2 * count + 1] = to_long(piece.next);
+      ++count;
+      start = piece.next;
     }
-    return true;
-  });
-  return taken;
+  }
+  return count;
+}
+
+// The characters in order from `start` to `end`, or the first `limit` of them.
+PreparedPattern::Run PatternSearcher::piece_of(Offset start, Offset end,
+                                               Offset limit) const {
+  if (window_.is_ascii()) {
+    const Offset count = std::min(limit, end - start);
+    return {start + count, count, true};
+  }
+  Offset count = 0;
+  while (count < limit && start < end) {
+    start += length_from_lead(text_[start]);
+    ++count;
+  }
+  return {start, count, true};
 }
 
 PatternMatch PatternSearcher::attempt_in_window(Offset position, Offset to) {

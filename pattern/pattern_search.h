@@ -89,6 +89,7 @@ class PatternSearcher {
  private:
   bool decide();
   bool has_fixed_start() const;
+  Offset scan_for_start(Offset from, Offset to);
   bool find_by_the_book(Offset position, Offset to, MatchVariables found);
   bool find_prepared(Offset position, Offset to, MatchVariables found);
   bool find_last_by_the_book(Offset from, Offset to, MatchVariables found);
@@ -118,7 +119,9 @@ class PatternSearcher {
     return least <= 0;
   }
 
-  Taken take_limited_runs(Offset position, Offset most, MatchSink& sink) const;
+  Offset list_runs(Offset position, std::int32_t* matches) const;
+  Offset list_pieces(Offset position, std::int32_t* matches) const;
+  PreparedPattern::Run piece_of(Offset start, Offset end, Offset limit) const;
 
   // Keeps the runs with at least that many characters. Returns their number.
   Offset keep_long(std::int32_t* edges, Offset runs, Offset least) const {

@@ -49,6 +49,12 @@ class PreparedPattern {
     return {demands_.data(), demand_count_};
   }
 
+  // Whether the first part takes all of a run, and the second something behind.
+  bool begins_with_followed_run() const {
+    return starters_ == 1 && pattern_.part_count > 1 &&
+           limit_of(0) == kMaxLong && minimum_of(1) > 0;
+  }
+
   // The run of a part's characters from `position` on.
   struct Run {
     Offset next;
