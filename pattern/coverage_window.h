@@ -47,7 +47,7 @@ class CoverageWindow {
   // Where a run of the characters of a part, from the second to the one
   // numbered kMostParts - 1, ends: the first byte from `position` on that is
   // of another, or `limit`.
-  static constexpr int kMostParts = 4;
+  static constexpr int kMostParts = PreparedPattern::kMostDemandedParts;
   Offset run_end(int part, Offset position, const Byte* text,
                  const PreparedPattern& pattern) {
     mark_part(part, text, pattern);
@@ -83,6 +83,12 @@ class CoverageWindow {
   // The first byte from `position` on at which a match can begin; or `limit`.
   Offset next_candidate(Offset position) const {
     return next<false>(narrowed_ ? candidates_ : words_[0], position);
+  }
+
+  // Whether a candidate has been seen to meet all demands that a pattern makes
+  // on so many places.
+  bool has_settled(Offset candidate, Offset places) const {
+    return narrowed_ && candidate + places <= limit_;
   }
 
   // The first byte from `position` on that is covered, or `limit`.
@@ -121,7 +127,6 @@ class CoverageWindow {
     if (pattern.begins_with_followed_run()) keep_followed(text, pattern);
     for (const PreparedPattern::Demand& demand : pattern.demands()) {
       if (demand.place == 0) continue;
-      if (demand.part >= kMostParts) break;
       mark_part(demand.part, text, pattern);
       const std::uint64_t* const words = words_[demand.part];
       for (Offset w = 0; w < count; ++w) {

@@ -203,6 +203,12 @@ PreparedPattern::Run PatternSearcher::piece_of(Offset start, Offset end,
 
 PatternMatch PatternSearcher::attempt_in_window(Offset position, Offset to) {
   if (prepared_.starters() > 1) return prepared_.match(position, to);
+  const PreparedPattern::Demand& settled = prepared_.settled();
+  if (settled.part > 0 && window_.has_settled(position, settled.place)) {
+    const Offset end = match_rest(settled.part, position + settled.place, to);
+    return end >= 0 ? PatternMatch{end, true}
+                    : PatternMatch{position + 1, false};
+  }
   const Offset run_end = window_.next_bare(position);
   if (run_end == window_.limit() && run_end < to) {
     return finish_attempt(position, prepared_.run_of(0, position, to), to);
@@ -228,11 +234,10 @@ PreparedPattern::Run PatternSearcher::run_in_window(Offset position,
   return {nth_lead(first, text_ + run_end, limit) - text_, limit, true};
 }
 
-// Where the parts behind the first one end, or -1. Among single bytes the bits
+// Where the parts from `part` on end, or -1. Among single bytes the bits
 // of the window tell, as far as it goes.
-Offset PatternSearcher::match_rest(Offset position, Offset to) {
+Offset PatternSearcher::match_rest(int part, Offset position, Offset to) {
   const int most = std::min(pattern_.part_count, CoverageWindow::kMostParts);
-  int part = 1;
   for (; part < most && window_.is_ascii() && window_.holds(position, to);
        ++part) {
     const Offset end = window_.run_end(part, position, text_, prepared_);
@@ -251,7 +256,7 @@ PatternMatch PatternSearcher::finish_attempt(Offset position,
                                              const PreparedPattern::Run& run,
                                              Offset to) {
   if (run.read && prepared_.allows(0, run.count)) {
-    const Offset end = match_rest(run.next, to);
+    const Offset end = match_rest(1, run.next, to);
     if (end >= 0) return {end, true};
   }
   const bool cut_short = run.count >= prepared_.limit_of(0);

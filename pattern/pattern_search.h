@@ -142,7 +142,7 @@ class PatternSearcher {
   PatternMatch attempt_in_window(Offset position, Offset to);
   PatternMatch finish_attempt(Offset position, const PreparedPattern::Run& run,
                               Offset to);
-  Offset match_rest(Offset position, Offset to);
+  Offset match_rest(int part, Offset position, Offset to);
   PreparedPattern::Run run_in_window(Offset position, Offset run_end) const;
 
   const Byte* text_;

@@ -42,12 +42,14 @@ bool PreparedPattern::prepare(Offset range_length) {
 
 void PreparedPattern::note_demands() {
   int place = 0;
-  for (int part = 0; part < pattern_.part_count; ++part) {
+  const int most = std::min(pattern_.part_count, kMostDemandedParts);
+  for (int part = 0; part < most; ++part) {
     for (Offset i = 0; i < minimum_of(part); ++i) {
       if (demand_count_ == kMostDemands) return;
       demands_[demand_count_++] = {part, place++};
     }
     if (minimum_of(part) < 0 || limit_of(part) != minimum_of(part)) return;
+    settled_ = {part + 1, place};
   }
 }
 

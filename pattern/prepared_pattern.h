@@ -48,6 +48,11 @@ class PreparedPattern {
   std::span<const Demand> demands() const {
     return {demands_.data(), demand_count_};
   }
+  static constexpr int kMostDemandedParts = 4;
+
+  // The part and the place behind the parts of one length that the demands say
+  // all about.
+  const Demand& settled() const { return settled_; }
 
   // Whether the first part takes all of a run, and the second something behind.
   bool begins_with_followed_run() const {
@@ -114,6 +119,7 @@ class PreparedPattern {
   static constexpr std::size_t kMostDemands = 6;
   std::array<Demand, kMostDemands> demands_;
   std::size_t demand_count_ = 0;
+  Demand settled_{0, 0};
 
   static constexpr int kMostParts = 8;
   std::array<Slot<Part>, kMostParts> parts_;
