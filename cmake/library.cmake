@@ -6,7 +6,8 @@ set_target_properties(quillcore_objects PROPERTIES
   POSITION_INDEPENDENT_CODE ON
   CXX_VISIBILITY_PRESET hidden
   VISIBILITY_INLINES_HIDDEN ON)
-target_compile_options(quillcore_objects PRIVATE -fno-exceptions -fno-rtti)
+target_compile_options(quillcore_objects PRIVATE -fno-exceptions -fno-rtti
+  -ffunction-sections -fdata-sections)
 target_compile_definitions(quillcore_objects PRIVATE QUILL_BUILDING=1)
 target_include_directories(quillcore_objects PUBLIC
   ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
@@ -23,6 +24,8 @@ if(QUILLCORE_SHARED)
   target_link_options(quillcore PRIVATE
     LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/hide_standard_library.map
     LINKER:--as-needed
+    # Functions that were inlined wherever they are called.
+    LINKER:--gc-sections
     # One page less of padding at each border between code and data.
     LINKER:-z,noseparate-code)
   set_target_properties(quillcore PROPERTIES
