@@ -63,16 +63,19 @@ Anchor::Anchor(Byte wanted, Offset from_position)
 
 Anchor::Anchor(const ByteSet& wanted, Offset from_position)
     : set(wanted), offset(from_position) {
-  Byte members[2] = {};
-  if (const int count = set.first_members(members); count == 1) {
-    is_plain = true;
-    value = members[0];
-  } else if (count == 2 &&
-             std::has_single_bit(unsigned{members[0]} ^ members[1])) {
-    is_plain = true;
-    ignored = members[0] ^ members[1];
-    value = members[0] | members[1];
-  }
+  unsigned count = 0;
+  unsigned common = 0xFF;  // bits of all members
+  unsigned any = 0;
+  set.visit_members([&](Byte member) {
+    ++count;
+    common &= member;
+    any |= member;
+  });
+  const unsigned varying = any & ~common;
+  if (count != 1U << std::popcount(varying)) return;
+  is_plain = true;
+  ignored = static_cast<Byte>(varying);
+  value = static_cast<Byte>(any);
 }
 
 const Byte* find_byte(const Byte* first, const Byte* last, Byte wanted) {

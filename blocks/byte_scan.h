@@ -48,9 +48,9 @@ struct Anchor {
   ByteSet set;
   Offset offset = 0;
 
-  // A set of one byte, or of two that differ in one bit such as a letter in
-  // both cases, is tested in one step: is_plain says that the members are the
-  // bytes which give `value` once the bits `ignored` are set in them.
+  // Sets such as one byte, a letter in both cases or all continuation bytes are
+  // tested in one step: is_plain says that the members are the bytes which give
+  // `value` once the bits `ignored` are set in them.
   bool is_plain = false;
   Byte ignored = 0;
   Byte value = 0;

@@ -52,21 +52,17 @@ struct ByteSet {
     return (entry & bit_of(byte)) != 0;
   }
 
-  // Writes the first two members (in no particular order) and returns how many
-  // there are, 3 for more than two.
-  constexpr int first_members(Byte (&members)[2]) const {
-    int count = 0;
+  // Calls `visit` with every member, in no particular order.
+  template <class Visit>
+  constexpr void visit_members(Visit visit) const {
     for (unsigned column = 0; column < 32; ++column) {
       const unsigned row = column & 15;
       unsigned bits = column < 16 ? lower[row] : upper[row];
       for (; bits != 0; bits &= bits - 1) {
-        if (count == 2) return 3;
         const auto high = static_cast<unsigned>(std::countr_zero(bits));
-        members[count++] =
-            static_cast<Byte>((column & 16) << 3 | high << 4 | row);
+        visit(static_cast<Byte>((column & 16) << 3 | high << 4 | row));
       }
     }
-    return count;
   }
 
  private:

@@ -13,18 +13,6 @@ constexpr auto kContinuations = [] {
   return set;
 }();
 
-// Calls `visit` with every member.
-template <class Visit>
-void visit_members(const ByteSet& set, Visit visit) {
-  for (unsigned column = 0; column < 32; ++column) {
-    unsigned bits = column < 16 ? set.lower[column] : set.upper[column - 16];
-    for (; bits != 0; bits &= bits - 1) {
-      const auto high = static_cast<unsigned>(std::countr_zero(bits));
-      visit((column & 16) << 3 | high << 4 | (column & 15));
-    }
-  }
-}
-
 }  // namespace
 
 // Calls `visit` with stretches spread over the text, of about a thousand bytes
@@ -73,7 +61,7 @@ double ByteShares::of(const AnchorPlan& plan) const {
 
 double ByteShares::of(const ByteSet& set) const {
   double sum = 0;
-  visit_members(set, [&](unsigned byte) { sum += shares_[byte]; });
+  set.visit_members([&](Byte byte) { sum += shares_[byte]; });
   return std::min(sum, 1.0);
 }
 

@@ -39,20 +39,35 @@ CharShape any_character(const ByteSet& trailing) {
 
 }  // namespace
 
+// Called once a key: speed is nothing here, and size is.
+[[gnu::noinline]] void CharShape::add(std::int32_t character, Offset length) {
+  const auto l = static_cast<std::size_t>(length);
+  has_length[l] = true;
+  for (std::size_t i = 0; i < l; ++i) {
+    bytes[l][i].add(byte_of(character, static_cast<int>(i)));
+  }
+}
+
+void CharShapes::add(std::int32_t character) {
+  const Offset own_length = length_from_lead(byte_of(character, 0));
+  if (!is_readable(character, own_length)) return;
+  const bool has_order = is_in_order(character, own_length);
+  const bool is_first = length == 0;
+  length = has_order && (is_first || length == own_length) ? own_length : -1;
+  anywhere.add(character, own_length);
+  if (has_order) in_order.add(character, own_length);
+}
+
 CharShapes fixed_shapes(std::int32_t element, const Mask& mask) {
   CharShapes shapes;
-  visit_sources(element, mask, [&shapes](std::int32_t character) {
-    const Offset length = length_from_lead(byte_of(character, 0));
-    if (!is_readable(character, length)) return;
-    shapes.anywhere.add(character, length);
-    if (is_in_order(character, length)) shapes.in_order.add(character, length);
-  });
+  visit_sources(element, mask,
+                [&shapes](std::int32_t character) { shapes.add(character); });
   return shapes;
 }
 
 const CharShapes& open_shapes() {
   static const CharShapes shapes = {any_character(range(0x00, 0xFF)),
-                                    any_character(range(0x80, 0xBF))};
+                                    any_character(range(0x80, 0xBF)), 0};
   return shapes;
 }
 

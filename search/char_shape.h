@@ -19,13 +19,7 @@ struct CharShape {
   std::array<bool, 5> has_length{};
   std::array<std::array<ByteSet, 4>, 5> bytes{};  // [length][place]
 
-  void add(std::int32_t character, Offset length) {
-    const auto l = static_cast<std::size_t>(length);
-    has_length[l] = true;
-    for (std::size_t i = 0; i < l; ++i) {
-      bytes[l][i].add(byte_of(character, static_cast<int>(i)));
-    }
-  }
+  void add(std::int32_t character, Offset length);
 };
 
 // The shapes of one element: in any text, and in a text in which every lead
@@ -33,6 +27,9 @@ struct CharShape {
 struct CharShapes {
   CharShape anywhere;
   CharShape in_order;
+  Offset length = 0;  // of each; below 0 if not equal or one is out of order
+
+  void add(std::int32_t character);
 };
 
 CharShapes fixed_shapes(std::int32_t element, const Mask& mask);

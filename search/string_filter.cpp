@@ -22,9 +22,8 @@ constexpr std::size_t kMostPivots = 3;
 constexpr Offset kMostDecisive = 6;
 
 // Bytes of one character come together more often than their shares say.
-AnchorPlan judged(AnchorPlan plan, const ByteShares& shares) {
+void judge(AnchorPlan& plan, const ByteShares& shares) {
   if (!plan.impossible) plan.share = shares.of(plan);
-  return plan;
 }
 
 // The spreads of a pattern in text in order: from its start, and from the
@@ -43,9 +42,11 @@ class PivotSpreads {
   }
 
   AnchorPlan best(const ByteShares& shares) const {
-    AnchorPlan best = judged(spreads_[0].plan(shares), shares);
+    AnchorPlan best = spreads_[0].plan(shares);
+    judge(best, shares);
     for (std::size_t i = 1; i < count_ && !best.impossible; ++i) {
-      const AnchorPlan other = judged(spreads_[i].plan(shares), shares);
+      AnchorPlan other = spreads_[i].plan(shares);
+      judge(other, shares);
       if (other.impossible || other.share < best.share / 2) best = other;
     }
     return best;
@@ -71,6 +72,7 @@ void StringFilter::prepare(const Byte* text, Offset start, Offset end,
   ByteSpread ascii(Order::kAscii, 0);
   PivotSpreads pivots(pattern);
   const std::int32_t limit = std::min(pattern.count, kMostElements);
+  Offset char_length = 0;  // of all elements, if equal
   for (std::int32_t i = 0; i < limit; ++i) {
     const CharShapes shapes = pattern.is_fixed(i)
                                   ? fixed_shapes(pattern.elements[i], mask)
@@ -78,13 +80,17 @@ void StringFilter::prepare(const Byte* text, Offset start, Offset end,
     anywhere.add(shapes);
     ascii.add(shapes);
     pivots.add(i, shapes);
+    if (i == 0) char_length = shapes.length;
+    if (char_length != shapes.length) char_length = 0;
   }
+  note_strays(char_length);
   for (std::int32_t i = 0; i < pattern.count && i < kMostDecisive; ++i) {
     if (!pattern.is_fixed(i)) continue;
-    decisive_[decisive_count_++] = Anchor(ascii.at(i), i);
+    add_decisive(ascii.at(i), i);
   }
   const ByteShares shares(text, start, end);
-  anywhere_ = judged(anywhere.plan(shares), shares);
+  anywhere_ = anywhere.plan(shares);
+  judge(anywhere_, shares);
   ascii_ = ascii.plan(shares);
   in_order_ = pivots.best(shares);
   uses_order_ = anywhere_.share * kCandidateCost >
@@ -92,12 +98,16 @@ void StringFilter::prepare(const Byte* text, Offset start, Offset end,
   may_use_order_ = in_order_.share < anywhere_.share / 2;
 }
 
+void StringFilter::add_decisive(const ByteSet& set, Offset offset) {
+  decisive_[decisive_count_++] = Anchor(set, offset);
+}
+
 void StringFilter::decide(const ByteSet* sides) {
   if (char_count_ > kMostDecisive) return;
   if (sides != nullptr) {
     has_sides_ = true;
-    decisive_[decisive_count_++] = Anchor(*sides, -1);
-    decisive_[decisive_count_++] = Anchor(*sides, char_count_);
+    add_decisive(*sides, -1);
+    add_decisive(*sides, char_count_);
   }
   may_decide_ = decisive_count_ > 0;  // else all elements are open
 }
@@ -126,12 +136,34 @@ bool StringFilter::open_ascii(Offset from) {
   return true;
 }
 
+// Of a pattern whose characters are all in order and equally long a match is
+// shifted only by strays behind characters of that length: those are sought
+// instead of order, in half the time.
+void StringFilter::note_strays(Offset char_length) {
+  char_length_ = char_length;
+  if (char_length <= 0) return;
+  const auto& bytes = open_shapes().in_order.bytes;
+  stray_ = {Anchor(bytes[static_cast<std::size_t>(char_length)][0], 0),
+            Anchor(bytes[2][1], char_length)};
+}
+
+// Up to where, at most `last`, a match from `from` on lies as the plan for text
+// in order says.
+Offset StringFilter::order_end(Offset from, Offset last) const {
+  if (char_length_ <= 0) {
+    while (from < last && is_continuation(text_[from])) ++from;
+    return walk_characters(text_ + from, text_ + last, last - from).next -
+           text_;
+  }
+  const Offset tested = std::max(last - char_length_, from);
+  const Offset found =
+      find_anchored(text_ + from, text_ + tested, stray_) - text_;
+  return std::min(found + char_length_, last);
+}
+
 bool StringFilter::open_in_order(Offset from) {
   const Offset last = std::min(from + stride_ + order_reach() + 4, end_);
-  Offset start = from;
-  while (start < last && is_continuation(text_[start])) ++start;
-  const Walk walk = walk_characters(text_ + start, text_ + last, last - start);
-  const Offset reached = walk.next - text_;
+  const Offset reached = order_end(from, last);
   const Offset limit = reached == end_ ? end_ : reached - order_reach();
   if (limit < end_ && limit - from < kShortest / 2) return false;
   segment_ = {from, limit, &in_order_};
@@ -263,9 +295,7 @@ bool StringFilter::is_ascii(Offset from, Offset limit) const {
 
 bool StringFilter::is_in_order(Offset from, Offset limit) const {
   const Offset needed = std::min(limit + order_reach(), end_);
-  const Offset last = std::min(needed + 4, end_);
-  const Walk walk = walk_characters(text_ + from, text_ + last, last - from);
-  return walk.next - text_ >= needed;
+  return order_end(from, std::min(needed + 4, end_)) >= needed;
 }
 
 // Backwards a segment is all of one kind.
@@ -275,9 +305,7 @@ void StringFilter::open_backward(Offset from, Offset limit) {
     segment_ = {start, limit, &ascii_};
     return;
   }
-  Offset lead = start;
-  while (lead < limit && is_continuation(text_[lead])) ++lead;
-  if (uses_order_ && lead < limit && is_in_order(lead, limit)) {
+  if (uses_order_ && is_in_order(start, limit)) {
     segment_ = {start, limit, &in_order_};
     return;
   }

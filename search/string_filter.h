@@ -47,6 +47,8 @@ class StringFilter {
     const AnchorPlan* plan = nullptr;
   };
 
+  void add_decisive(const ByteSet& set, Offset offset);
+  void note_strays(Offset char_length);
   Offset order_reach() const;
   Offset ascii_reach() const;
   bool open_ascii(Offset from);
@@ -56,6 +58,7 @@ class StringFilter {
   void open_backward(Offset from, Offset limit);
   bool is_ascii(Offset from, Offset limit) const;
   bool is_in_order(Offset from, Offset limit) const;
+  Offset order_end(Offset from, Offset last) const;
 
   Offset next_anchored(Offset from, Offset limit);
   void list_from(Offset from, Offset last);
@@ -69,7 +72,9 @@ class StringFilter {
   AnchorPlan anywhere_;
   AnchorPlan in_order_;
   AnchorPlan ascii_;
-  bool uses_order_ = false;  // whether proving order pays
+  Offset char_length_ = 0;       // of all elements, if equal
+  std::array<Anchor, 2> stray_;  // such a character, a stray behind it
+  bool uses_order_ = false;      // whether proving order pays
   bool may_use_order_ = false;
   double unproved_cost_ = 0;  // of candidates, beyond what proofs would cost
   Offset stride_ = kShortest;

@@ -146,6 +146,42 @@ TEST(StringSearch, WritesAMatchBeforeTheHostIsAsked) {
             (Longs{0, 3, -83, -84, 0, 3, -83, -84, 2, 3, -83, -84}));
 }
 
+// In texts where the first character is frequent, so that order is proved or
+// strays are sought before anchors behind it are trusted.
+TEST(StringSearch, FindsTornMatchesInLongTexts) {
+  struct Case {
+    const char* what;
+    const char* filler;
+    const char* pattern;
+    const char* torn;
+  };
+  const Case cases[] = {
+      {"one byte a character", "a\xC3\xA9", "abz", "ab\x80z"},
+      {"two", "\xD0\x96\xD1\x8F", "\xD0\x96\xD0\xA9",
+       "\xD0\x96\x80\x80\xD0\xA9"},
+      {"three", "\xE3\x81\x82\xE3\x81\x84", "\xE3\x81\x82\xE3\x82\xA1",
+       "\xE3\x81\x82\xBF\xE3\x82\xA1"},
+      {"four", "\xF0\x9F\x98\x80 ", "\xF0\x9F\x98\x80\xF0\x9F\x98\x81",
+       "\xF0\x9F\x98\x80\x80\xF0\x9F\x98\x81"},
+      {"several", "\xD0\x96 ", "\xD0\x96-\xD0\xA9", "\xD0\x96-\x80\xD0\xA9"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    StringSearch call = {.pattern = spell(c.pattern)};
+    std::string orderly;
+    while (orderly.size() < 4000) orderly += c.filler;
+    for (int i = 1; i <= 16; ++i) {
+      call.text += orderly.substr(0, orderly.size() * i / 16) + c.torn;
+    }
+    call.end = length_of(call.text);
+    for (const auto operation :
+         {StringSearch::kFindAll, StringSearch::kFindPrevious}) {
+      call.operation = operation;
+      EXPECT_EQ(first_difference(call), "");
+    }
+  }
+}
+
 // So many members that they are indexed, ASCII and the rest apart.
 TEST(BreakChars, CountUpToTheLastOfAscii) {
   StringSearch call = {.pattern = spell("a"), .breaks = Longs(5000, 'b')};
