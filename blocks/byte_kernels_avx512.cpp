@@ -244,6 +244,7 @@ template <class Test>
 void mark(const Byte* first, const Byte* last, std::uint64_t* words,
           const Test& test) {
   for (; last - first >= kBlock; first += kBlock) {
+    __builtin_prefetch(first + kAhead);
     *words++ = test.bits(first, LoadAll{});
   }
   if (first < last) *words = part_bits(first, last - first, test);

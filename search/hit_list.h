@@ -33,20 +33,22 @@ class HitList {
     next_ = 0;
     const Offset word_count = (last - first + 63) / 64;
     Words words;
-    const auto at_once = [](std::span<const Anchor> some) {
-      return some.first(std::min<std::size_t>(some.size(), kMostAnchors));
-    };
-    mark_anchored(first, last, at_once(anchors), words.data());
-    while (anchors.size() > kMostAnchors) {
-      anchors = anchors.subspan(kMostAnchors);
+    mark_anchored(first, last, split_off(anchors), words.data());
+    Offset filled = 0;
+    for (Offset i = 0; i < word_count; ++i) {
+      filled += words[static_cast<std::size_t>(i)] != 0 ? 1 : 0;
+    }
+    while (filled > kFew && !anchors.empty()) {
       Words others;
-      mark_anchored(first, last, at_once(anchors), others.data());
+      mark_anchored(first, last, split_off(anchors), others.data());
       for (Offset i = 0; i < word_count; ++i) {
         const auto at = static_cast<std::size_t>(i);
         words[at] &= others[at];
       }
     }
-    count_ = list_marks(words.data(), word_count, offsets_.data());
+    count_ =
+        filled == 0 ? 0 : list_marks(words.data(), word_count, offsets_.data());
+    if (!anchors.empty()) keep(anchors);
   }
 
   // The first hit in [from, limit), else `limit`; both lie in the window.
@@ -58,6 +60,32 @@ class HitList {
 
  private:
   using Words = std::array<std::uint64_t, kRoom / 64>;
+
+  // The words with hits up to which it pays to try further anchors hit by hit.
+  static constexpr Offset kFew = 4;
+
+  // As many anchors as can be marked at once.
+  static std::span<const Anchor> split_off(std::span<const Anchor>& anchors) {
+    const auto count = std::min<std::size_t>(anchors.size(), kMostAnchors);
+    const auto some = anchors.first(count);
+    anchors = anchors.subspan(count);
+    return some;
+  }
+
+  // Drops the hits at which not all of `anchors` hold.
+  void keep(std::span<const Anchor> anchors) {
+    Offset kept = 0;
+    for (Offset i = 0; i < count_; ++i) {
+      const bool holds = std::all_of(
+          anchors.begin(), anchors.end(), [&](const Anchor& anchor) {
+            return anchor.set.contains(hit(i)[anchor.offset]);
+          });
+      offsets_[static_cast<std::size_t>(kept)] =
+          offsets_[static_cast<std::size_t>(i)];
+      kept += holds ? 1 : 0;
+    }
+    count_ = kept;
+  }
 
   const Byte* hit(Offset index) const {
     return first_ + offsets_[static_cast<std::size_t>(index)];

@@ -209,7 +209,9 @@ Offset StringFilter::next(Offset from, Offset limit) {
 }
 
 // Candidates whose last anchor would lie beyond the end are none: every match
-// has a byte there.
+// has a byte there. Windows are listed for as long as they hold one candidate
+// or more on average: one costs about as much to search for as a window to
+// list.
 Offset StringFilter::next_anchored(Offset from, Offset limit) {
   const AnchorPlan& plan = *segment_.plan;
   if (plan.impossible) return limit;
@@ -223,7 +225,8 @@ Offset StringFilter::next_anchored(Offset from, Offset limit) {
       from = listed - text_;
     } else if (thick_ >= kManyThick) {
       list_from(from, end_ - plan.reach + 1);
-      if (hits_.count() <= 1) thick_ = 0;
+      thick_ = static_cast<int>(
+          std::min<Offset>(thick_ + hits_.count() - 1, 2 * kManyThick));
     } else {
       const Offset found =
           find_anchored(text_ + from, text_ + last, plan.used()) - text_;

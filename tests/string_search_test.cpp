@@ -182,6 +182,31 @@ TEST(StringSearch, FindsTornMatchesInLongTexts) {
   }
 }
 
+// Near enough to be listed, too far apart to be marked at once: whether they
+// match is decided one by one.
+TEST(StringSearch, TellsMatchesFromNearMissesInLongTexts) {
+  StringSearch call = {.operation = StringSearch::kFindAll,
+                       .pattern = spell("abcd")};
+  const char* const pieces[] = {" abcd ",
+                                "xabcd ",
+                                " abcdx",
+                                " abcx ",
+                                " xbcd ",
+                                "\xC3\xA9"
+                                "abcd "};
+  for (std::size_t i = 0; call.text.size() < 60'000; ++i) {
+    call.text += std::string(i * 37 % 500, i % 40 == 0 ? 'a' : '.');
+    call.text += pieces[i % 6 % (i < 200 ? 5 : 6)];
+  }
+  call.end = length_of(call.text);
+  EXPECT_EQ(first_difference(call), "");
+  call.breaks = spell(" .");
+  for (const bool invert : {false, true}) {
+    call.invert = invert ? 1 : 0;
+    EXPECT_EQ(first_difference(call), "");
+  }
+}
+
 // So many members that they are indexed, ASCII and the rest apart.
 TEST(BreakChars, CountUpToTheLastOfAscii) {
   StringSearch call = {.pattern = spell("a"), .breaks = Longs(5000, 'b')};
