@@ -18,8 +18,17 @@ constexpr int kManyThick = 4;
 constexpr std::int32_t kMostElements = 24;
 constexpr std::size_t kMostPivots = 3;
 
+// In ASCII also as many of those up to this one.
+constexpr std::int32_t kLastElement = 256;
+
 // The elements of a pattern that the filter decides about.
 constexpr Offset kMostDecisive = 6;
+
+CharShapes shapes_of(const CharPattern& pattern, std::int32_t index,
+                     const Mask& mask) {
+  return pattern.is_fixed(index) ? fixed_shapes(pattern.elements[index], mask)
+                                 : open_shapes();
+}
 
 // Bytes of one character come together more often than their shares say.
 void judge(AnchorPlan& plan, const ByteShares& shares) {
@@ -74,9 +83,7 @@ void StringFilter::prepare(const Byte* text, Offset start, Offset end,
   const std::int32_t limit = std::min(pattern.count, kMostElements);
   Offset char_length = 0;  // of all elements, if equal
   for (std::int32_t i = 0; i < limit; ++i) {
-    const CharShapes shapes = pattern.is_fixed(i)
-                                  ? fixed_shapes(pattern.elements[i], mask)
-                                  : open_shapes();
+    const CharShapes shapes = shapes_of(pattern, i, mask);
     anywhere.add(shapes);
     ascii.add(shapes);
     pivots.add(i, shapes);
@@ -92,10 +99,27 @@ void StringFilter::prepare(const Byte* text, Offset start, Offset end,
   anywhere_ = anywhere.plan(shares);
   judge(anywhere_, shares);
   ascii_ = ascii.plan(shares);
+  if (pattern.count > kMostElements) look_further(pattern, mask, shares);
   in_order_ = pivots.best(shares);
   uses_order_ = anywhere_.share * kCandidateCost >
                 in_order_.share * kCandidateCost + kProofCost;
   may_use_order_ = in_order_.share < anywhere_.share / 2;
+}
+
+// What is rare in a long pattern may come late in it.
+void StringFilter::look_further(const CharPattern& pattern, const Mask& mask,
+                                const ByteShares& shares) {
+  const std::int32_t limit = std::min(pattern.count, kLastElement);
+  const std::int32_t first = std::max(kMostElements, limit - kMostElements);
+  ByteSpread spread(Order::kAscii, 0);
+  for (std::int32_t i = first; i < limit; ++i) {
+    spread.add(shapes_of(pattern, i, mask));
+  }
+  AnchorPlan later = spread.plan(shares);
+  if (later.share > ascii_.share / 2) return;
+  for (Anchor& anchor : later.anchors) anchor.offset += first;
+  later.reach += first;
+  ascii_ = later;
 }
 
 void StringFilter::add_decisive(const ByteSet& set, Offset offset) {

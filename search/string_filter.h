@@ -47,6 +47,8 @@ class StringFilter {
     const AnchorPlan* plan = nullptr;
   };
 
+  void look_further(const CharPattern& pattern, const Mask& mask,
+                    const ByteShares& shares);
   void add_decisive(const ByteSet& set, Offset offset);
   void note_strays(Offset char_length);
   Offset order_reach() const;

@@ -118,7 +118,7 @@ Offset StringSearcher::next_candidate(Offset from, Offset limit) {
     }
     const Offset stop = std::min(limit, from + patience_);
     const Offset found = next_first_lead(from, stop);
-    patience_ -= found - from;
+    patience_ -= std::min(found + 1, stop) - from;
     if (found < stop || stop == limit) return found;
     from = stop;
   }
@@ -155,7 +155,7 @@ Offset StringSearcher::previous_candidate(Offset from, Offset limit) {
     const Byte* const text = query_.text;
     const Offset found =
         find_member_backward(text + stop, text + limit, first_leads_) - text;
-    patience_ -= limit - stop;
+    patience_ -= limit - (found < limit ? found : stop);
     if (found < limit) return found;
     if (stop == from) return from - 1;
     limit = stop;

@@ -182,6 +182,28 @@ TEST(StringSearch, FindsTornMatchesInLongTexts) {
   }
 }
 
+// A long pattern whose only rare character comes late, in text that agrees with
+// all the others.
+TEST(StringSearch, TellsLongPatternsByTheirEnds) {
+  for (const int length : {25, 64, 255, 256, 300}) {
+    SCOPED_TRACE(length);
+    const std::string many(static_cast<std::size_t>(length), 'a');
+    StringSearch call = {.operation = StringSearch::kFindAll,
+                         .pattern = spell(many + "b"),
+                         .mask = {{'A'}, {'a'}}};
+    for (const char* const end : {"b", "Ab", "\xC3\xA9", "b",
+                                  "\x80"
+                                  "b",
+                                  "b"}) {
+      call.text += std::string(12'000, 'a') + end;
+    }
+    call.end = length_of(call.text);
+    EXPECT_EQ(first_difference(call), "");
+    call.operation = StringSearch::kFindPrevious;
+    EXPECT_EQ(first_difference(call), "");
+  }
+}
+
 // Near enough to be listed, too far apart to be marked at once: whether they
 // match is decided one by one.
 TEST(StringSearch, TellsMatchesFromNearMissesInLongTexts) {
