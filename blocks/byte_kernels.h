@@ -17,6 +17,7 @@ struct ByteKernels {
   decltype(&quill::find_member) find_member;
   decltype(&quill::find_member_backward) find_member_backward;
   decltype(&quill::find_value) find_value;
+  decltype(&quill::survey_pairs) survey_pairs;
   decltype(&quill::find_non_ascii) find_non_ascii;
   decltype(&quill::find_anchored) find_anchored;
   decltype(&quill::find_anchored_backward) find_anchored_backward;

@@ -47,6 +47,9 @@ struct Isa {
     return _mm256_set1_epi32(value);
   }
   static Wide equal_longs(Wide a, Wide b) { return _mm256_cmpeq_epi32(a, b); }
+  static Wide greater_longs(Wide a, Wide b) { return _mm256_cmpgt_epi32(a, b); }
+  static Wide add_longs(Wide a, Wide b) { return _mm256_add_epi32(a, b); }
+  static Wide subtract_longs(Wide a, Wide b) { return _mm256_sub_epi32(a, b); }
 
   static Wide equal(Wide a, Wide b) { return _mm256_cmpeq_epi8(a, b); }
   static Narrow equal(Narrow a, Narrow b) { return _mm_cmpeq_epi8(a, b); }

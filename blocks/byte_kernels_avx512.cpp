@@ -318,6 +318,36 @@ const std::int32_t* find_value_avx512(const std::int32_t* first,
   return last;
 }
 
+// Both longs of a pair are loaded at the place of its first, which has an even
+// number. The last load leaves out the longs with none behind them.
+PairSurvey survey_pairs_avx512(const std::int32_t* first,
+                               const std::int32_t* last, std::int32_t limit) {
+  constexpr Offset kLongs = kBlock / 4;
+  constexpr __mmask16 kAll = 0xFFFF;  // g++ 12 warns of the maximum without it
+  constexpr __mmask16 kFirsts = 0x5555;
+  Vector totals = _mm512_setzero_si512();
+  Vector greatest = totals;
+  __mmask16 descends = 0;
+  const auto look = [&](__mmask16 part) {
+    const Vector longs = _mm512_maskz_loadu_epi32(part, first);
+    const Vector next = _mm512_maskz_loadu_epi32(part, first + 1);
+    const Vector above = _mm512_maskz_sub_epi32(part & kFirsts, next, longs);
+    descends = _kor_mask16(descends, _mm512_cmpgt_epi32_mask(longs, next));
+    greatest = _mm512_maskz_max_epi32(kAll, greatest, above);
+    totals = _mm512_add_epi32(totals, above);
+  };
+  for (; last - first > kLongs; first += kLongs) look(kAll);
+  if (last - first > 1)
+    look(static_cast<__mmask16>(low_bits(last - first - 1)));
+  const bool exceeds =
+      _mm512_cmpgt_epi32_mask(greatest, _mm512_set1_epi32(limit)) != 0;
+  std::uint32_t lanes[kLongs];
+  _mm512_storeu_si512(lanes, totals);
+  std::uint32_t total = 0;
+  for (Offset i = 0; i < kLongs; i += 2) total += lanes[i];
+  return {descends == 0, exceeds, total};
+}
+
 const Byte* find_non_ascii_avx512(const Byte* first, const Byte* last) {
   return find(first, last, NonAscii());
 }
@@ -523,6 +553,7 @@ const ByteKernels kAvx512Kernels = {
     .find_member = find_member_avx512,
     .find_member_backward = find_member_backward_avx512,
     .find_value = find_value_avx512,
+    .survey_pairs = survey_pairs_avx512,
     .find_non_ascii = find_non_ascii_avx512,
     .find_anchored = find_anchored_avx512,
     .find_anchored_backward = find_anchored_backward_avx512,

@@ -87,6 +87,20 @@ const std::int32_t* find_value_portable(const std::int32_t* first,
   return std::find(first, last, wanted);
 }
 
+PairSurvey survey_pairs_portable(const std::int32_t* first,
+                                 const std::int32_t* last, std::int32_t limit) {
+  PairSurvey found{true, false, 0};
+  for (bool is_pair = true; last - first > 1; ++first, is_pair = !is_pair) {
+    const std::uint32_t above = static_cast<std::uint32_t>(first[1]) -
+                                static_cast<std::uint32_t>(first[0]);
+    found.ascends &= first[0] <= first[1];
+    if (!is_pair) continue;
+    found.exceeds |= static_cast<std::int32_t>(above) > limit;
+    found.total += above;
+  }
+  return found;
+}
+
 const Byte* find_non_ascii_portable(const Byte* first, const Byte* last) {
   return find_if(first, last, [](const Byte* p) { return *p >= 0x80; });
 }
@@ -173,6 +187,7 @@ const ByteKernels kPortableKernels = {
     .find_member = find_member_portable,
     .find_member_backward = find_member_backward_portable,
     .find_value = find_value_portable,
+    .survey_pairs = survey_pairs_portable,
     .find_non_ascii = find_non_ascii_portable,
     .find_anchored = find_anchored_portable,
     .find_anchored_backward = find_anchored_backward_portable,

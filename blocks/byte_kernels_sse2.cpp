@@ -27,6 +27,9 @@ struct Isa {
 
   static Wide fill_longs(std::int32_t value) { return _mm_set1_epi32(value); }
   static Wide equal_longs(Wide a, Wide b) { return _mm_cmpeq_epi32(a, b); }
+  static Wide greater_longs(Wide a, Wide b) { return _mm_cmpgt_epi32(a, b); }
+  static Wide add_longs(Wide a, Wide b) { return _mm_add_epi32(a, b); }
+  static Wide subtract_longs(Wide a, Wide b) { return _mm_sub_epi32(a, b); }
 
   static Wide equal(Wide a, Wide b) { return _mm_cmpeq_epi8(a, b); }
   static Wide either(Wide a, Wide b) { return _mm_or_si128(a, b); }

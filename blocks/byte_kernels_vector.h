@@ -393,6 +393,34 @@ const std::int32_t* vector_find_value(const std::int32_t* first,
   return first;
 }
 
+// Both longs of a pair are loaded at the place of its first, which has an even
+// number.
+PairSurvey vector_survey_pairs(const std::int32_t* first,
+                               const std::int32_t* last, std::int32_t limit) {
+  constexpr Offset kLongs = kWide / 4;
+  constexpr std::int32_t kFirsts[] = {-1, 0, -1, 0};
+  const Wide firsts = Isa::repeat(reinterpret_cast<const Byte*>(kFirsts));
+  const Wide most = Isa::fill_longs(limit);
+  Wide descends = Isa::fill(0);
+  Wide exceeds = descends;
+  Wide totals = descends;
+  for (; last - first > kLongs; first += kLongs) {
+    const Wide longs = Isa::load(reinterpret_cast<const Byte*>(first));
+    const Wide next = Isa::load(reinterpret_cast<const Byte*>(first + 1));
+    const Wide above = Isa::subtract_longs(next, longs);
+    descends = Isa::either(descends, Isa::greater_longs(longs, next));
+    exceeds = Isa::either(exceeds, Isa::greater_longs(above, most));
+    totals = Isa::add_longs(totals, Isa::both(above, firsts));
+  }
+  PairSurvey found = kPortableKernels.survey_pairs(first, last, limit);
+  found.ascends &= !Isa::any(descends);
+  found.exceeds |= Isa::any(Isa::both(exceeds, firsts));
+  std::uint32_t lanes[kLongs];
+  std::memcpy(lanes, &totals, sizeof lanes);
+  for (Offset i = 0; i < kLongs; i += 2) found.total += lanes[i];
+  return found;
+}
+
 const Byte* vector_find_non_ascii(const Byte* first, const Byte* last) {
   return find(first, last, Above<1>());
 }
@@ -607,6 +635,7 @@ constexpr ByteKernels vector_kernels(const char* name, Instructions level) {
       .find_member = vector_find_member,
       .find_member_backward = vector_find_member_backward,
       .find_value = vector_find_value,
+      .survey_pairs = vector_survey_pairs,
       .find_non_ascii = vector_find_non_ascii,
       .find_anchored = vector_find_anchored,
       .find_anchored_backward = vector_find_anchored_backward,

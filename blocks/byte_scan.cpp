@@ -107,6 +107,11 @@ const std::int32_t* find_value(const std::int32_t* first,
   return kernels().find_value(first, last, wanted);
 }
 
+PairSurvey survey_pairs(const std::int32_t* first, const std::int32_t* last,
+                        std::int32_t limit) {
+  return kernels().survey_pairs(first, last, limit);
+}
+
 const Byte* find_non_ascii(const Byte* first, const Byte* last) {
   return kernels().find_non_ascii(first, last);
 }

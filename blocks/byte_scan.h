@@ -39,6 +39,18 @@ const Byte* find_non_ascii(const Byte* first, const Byte* last);
 const std::int32_t* find_value(const std::int32_t* first,
                                const std::int32_t* last, std::int32_t wanted);
 
+// What one look at longs that are read two by two tells.
+struct PairSurvey {
+  bool ascends;         // no long is below the one before it
+  bool exceeds;         // in some pair the second is more than `limit` above
+  std::uint32_t total;  // by how much the seconds are above the firsts
+};
+
+// Differences are taken and added up in 32 bits, and wrap. A lone last long is
+// in no pair. `limit` is not negative.
+PairSurvey survey_pairs(const std::int32_t* first, const std::int32_t* last,
+                        std::int32_t limit);
+
 // What must stand `offset` bytes after (below 0: before) a position.
 struct Anchor {
   Anchor() = default;

@@ -11,6 +11,8 @@
 #include <array>
 #include <bit>
 
+#include "blocks/byte_scan.h"
+
 namespace quill {
 namespace {
 
@@ -168,6 +170,19 @@ void sort_bucket(Longs longs) {
   spread(longs, found);
 }
 
+// Goes on as long as nothing falls, a piece at a time: arrays out of order
+// mostly show it soon, and in order they take no more than the reading.
+bool ascends(Longs longs) {
+  constexpr std::size_t kPiece = 1024;
+  for (std::size_t at = 0; at + 1 < longs.size(); at += kPiece) {
+    const Longs piece =
+        longs.subspan(at, std::min(kPiece + 1, longs.size() - at));
+    const std::int32_t* const first = piece.data();
+    if (!survey_pairs(first, first + piece.size(), 0).ascends) return false;
+  }
+  return true;
+}
+
 // A whole array this short is not worth counting anything in.
 constexpr std::size_t kShort = 256;
 
@@ -175,7 +190,7 @@ constexpr std::size_t kShort = 256;
 
 void sort_longs(std::span<std::int32_t> longs) {
   if (longs.size() <= kShort) return std::sort(longs.begin(), longs.end());
-  sort_bucket(longs);
+  if (!ascends(longs)) sort_bucket(longs);
 }
 
 }  // namespace quill

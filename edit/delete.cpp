@@ -12,7 +12,7 @@ bool delete_selections(QuillBlock text, QuillBlock selections,
   BlockLock text_lock(text);
   const BlockLock list_lock(selections);
   const std::span<std::int32_t> longs = list_lock.longs();
-  const ListSurvey list = survey(longs, text_lock.size(), 0);
+  const ListSurvey list(longs, text_lock.size(), 0);
   if (!list.is_canonical) return false;
   const OneString<false> edits(selections_of(longs), {});
   return splice(text_lock, edits, list.growth, limits);

@@ -63,7 +63,7 @@ bool replace_selections(QuillBlock text, QuillBlock selections,
   if (text == nullptr) return false;
   BlockLock text_lock(text);
   const std::span<std::int32_t> longs = list_lock.longs();
-  const ListSurvey list = survey(longs, text_lock.size(), std::ssize(string));
+  const ListSurvey list(longs, text_lock.size(), std::ssize(string));
   if (!list.is_canonical) return false;
   const std::span<Selection> places = selections_of(longs);
   if (list.shrinks) {

@@ -17,35 +17,18 @@ namespace quill {
 // What one look at a list tells an edit that puts `string_length` bytes in
 // place of every selection.
 struct ListSurvey {
+  ListSurvey(std::span<const std::int32_t> longs, Offset text_length,
+             Offset string_length) {
+    const PairSurvey found = survey(longs, to_long(string_length));
+    is_canonical = quill::is_canonical(longs, found, text_length);
+    shrinks = found.exceeds;
+    growth = std::ssize(longs) / 2 * string_length - Offset{found.total};
+  }
+
   bool is_canonical;
   bool shrinks;   // some selection is longer than the string
-  Offset growth;  // of the text
+  Offset growth;  // of the text; the lengths lie in it side by side
 };
-
-// Without a branch for a selection. The lengths add up in 32 bits: in a
-// canonical list they lie in the text side by side.
-inline ListSurvey survey(std::span<const std::int32_t> longs,
-                         Offset text_length, Offset string_length) {
-  if (longs.empty()) return {true, false, 0};
-  if (longs.size() % 2 != 0) return {false, false, 0};
-  const auto replacement = static_cast<std::int32_t>(string_length);
-  std::uint32_t selected = 0;
-  std::uint32_t descends = longs[0] < 0 ? 1 : 0;
-  std::uint32_t shrinks = 0;
-  for (std::size_t i = 1; i < longs.size(); i += 2) {
-    const auto length = static_cast<std::uint32_t>(longs[i]) -
-                        static_cast<std::uint32_t>(longs[i - 1]);
-    descends |= longs[i] < longs[i - 1] ? 1 : 0;
-    shrinks |= static_cast<std::int32_t>(length) > replacement ? 1 : 0;
-    selected += length;
-  }
-  for (std::size_t i = 2; i < longs.size(); i += 2) {
-    descends |= longs[i] < longs[i - 1] ? 1 : 0;
-  }
-  const auto count = static_cast<Offset>(longs.size() / 2);
-  return {descends == 0 && longs.back() <= text_length, shrinks != 0,
-          count * string_length - Offset{selected}};
-}
 
 template <bool notes_places>
 class OneString {

@@ -9,6 +9,7 @@
 #include <span>
 
 #include "blocks/base.h"
+#include "blocks/byte_scan.h"
 
 namespace quill {
 
@@ -36,31 +37,22 @@ inline std::span<const Selection> selections_of(
   return {reinterpret_cast<const Selection*>(longs.data()), longs.size() / 2};
 }
 
-// Whether an editing operation may trust the list: ascending, not overlapping,
-// inside a text of `text_length` bytes.
-inline bool is_canonical(std::span<const Selection> selections,
-                         Offset text_length) {
-  Offset reached = 0;
-  for (const Selection& selection : selections) {
-    if (selection.start < reached || selection.end < selection.start) {
-      return false;
-    }
-    reached = selection.end;
-  }
-  return reached <= text_length;
+inline PairSurvey survey(std::span<const std::int32_t> longs,
+                         std::int32_t limit = 0) {
+  return survey_pairs(longs.data(), longs.data() + longs.size(), limit);
 }
 
-// The same for the list as it lies in its Block, where an odd number of longs
-// is wrong too. Looks at all longs, without a branch for each.
+// Whether an editing operation may trust a list, as it lies in its Block:
+// whole selections, ascending, not overlapping, inside a text of `text_length`
+// bytes. `found` is what a survey of its longs found.
+inline bool is_canonical(std::span<const std::int32_t> longs,
+                         const PairSurvey& found, Offset text_length) {
+  return longs.empty() || (longs.size() % 2 == 0 && found.ascends &&
+                           longs.front() >= 0 && longs.back() <= text_length);
+}
 inline bool is_canonical(std::span<const std::int32_t> longs,
                          Offset text_length) {
-  if (longs.empty()) return true;
-  unsigned descents = 0;
-  for (std::size_t i = 1; i < longs.size(); ++i) {
-    descents |= longs[i] < longs[i - 1] ? 1u : 0u;
-  }
-  return longs.size() % 2 == 0 && descents == 0 && longs.front() >= 0 &&
-         longs.back() <= text_length;
+  return is_canonical(longs, survey(longs), text_length);
 }
 
 }  // namespace quill
