@@ -56,6 +56,19 @@ bool overlay_string(QuillBlock* variable, QuillBlock selections,
                  limits);
 }
 
+// Puts the string over selections that are all as long as it is. What is far
+// apart in the text is fetched early.
+void write_over(char* text, std::span<const Selection> selections,
+                std::string_view string) {
+  constexpr std::size_t kSelectionsAhead = 64;
+  for (std::size_t i = 0; i < selections.size(); ++i) {
+    const std::size_t ahead =
+        std::min(i + kSelectionsAhead, selections.size() - 1);
+    __builtin_prefetch(text + selections[ahead].start, 1);
+    move_bytes(text + selections[i].start, string.data(), std::ssize(string));
+  }
+}
+
 bool replace_selections(QuillBlock text, QuillBlock selections,
                         std::string_view string, const SizeLimits& limits) {
   if (GetHandleSize(selections) < 4) return false;
@@ -71,6 +84,10 @@ bool replace_selections(QuillBlock text, QuillBlock selections,
     return splice(text_lock, edits, list.growth, limits);
   }
   // Every place is noted already.
+  if (list.growth == 0 && limits.allow(text_lock.size())) {
+    write_over(text_lock.contents(), places, string);
+    return true;
+  }
   const OneString<false> edits(places, string);
   return splice(text_lock, edits, list.growth, limits);
 }
