@@ -28,12 +28,14 @@ inline LongPlace find_long(const std::int32_t* array, std::int32_t count,
   if (count <= 0) return {0, false};
   const std::int32_t* low = array;
   std::uint64_t span = static_cast<std::uint32_t>(count) - 1;
+  std::uint64_t half = span / 2;
   const auto halve = [&] {
-    const std::uint64_t half = span / 2;
     const std::uint64_t above = low[half] < key;
     const std::int32_t* const behind = low + half + 1;
     low = above != 0 ? behind : low;
-    span = (span - above) / 2;
+    span -= above;
+    half = span / 4;
+    span /= 2;
   };
   int steps = 31 - std::countl_zero(static_cast<std::uint32_t>(count));
   // In an array too large for the caches both places that the next step may
