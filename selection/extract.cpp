@@ -4,6 +4,7 @@
 // A first pass over the list gives the exact size, so that the Block is made
 // once and never resized.
 #include <algorithm>
+#include <array>
 #include <optional>
 
 #include "blocks/active_block.h"
@@ -55,17 +56,48 @@ char* append(char* to, const char* bytes, Offset length) {
   return to + length;
 }
 
+// A prefix or suffix in a row of copies. Where the output has room for more
+// than it, a short one is written with what stands behind it in its buffer,
+// without a branch on its length; what comes next overwrites that.
+class Repeated {
+ public:
+  explicit Repeated(const Piece& piece) : piece_(piece) {
+    // A missing one is never appended.
+    if (piece.length <= kBuffer && !piece.is_missing()) {
+      move_bytes(buffer_.data(), piece.bytes, piece.length);
+    }
+  }
+
+  char* append_to(char* out, const char* out_end) const {
+    if (piece_.length <= kBuffer && out_end - out >= kBuffer) {
+      store(out, buffer_);
+      return out + piece_.length;
+    }
+    return append(out, piece_.bytes, piece_.length);
+  }
+
+ private:
+  static constexpr Offset kBuffer = 16;
+  Piece piece_;
+  std::array<char, kBuffer> buffer_{};
+};
+
 // False when the host stopped the copying; what is in `out` is then partial.
 // The host hears the index of the list's next long.
 bool copy_pieces(const char* text, Selections selections,
-                 const Wrapping& wrapping, char* out, YieldMeter meter) {
+                 const Wrapping& wrapping, std::span<char> output,
+                 YieldMeter meter) {
+  const Repeated prefix(wrapping.prefix);
+  const Repeated suffix(wrapping.suffix);
+  char* out = output.data();
+  const char* const end = out + output.size();
   Offset next_long = 0;
   for (const Selection& selection : selections) {
     if (!meter.go_on()) break;
     if (selection.start < selection.end) {
-      out = append(out, wrapping.prefix.bytes, wrapping.prefix.length);
+      out = prefix.append_to(out, end);
       out = append(out, text + selection.start, selection.length());
-      out = append(out, wrapping.suffix.bytes, wrapping.suffix.length);
+      out = suffix.append_to(out, end);
     }
     next_long += 2;
     meter.tick(next_long);
@@ -90,7 +122,8 @@ std::int32_t ExtractSelections(const char* text, QuillBlock list,
   ActiveBlock output(to_long(*size));
   if (!output.alive()) return 0;
   const bool complete =
-      copy_pieces(text, selections, wrapping, output.write_position(),
+      copy_pieces(text, selections, wrapping,
+                  {output.write_position(), static_cast<std::size_t>(*size)},
                   YieldMeter(reference, yield));
   if (complete) output.advance(*size);
   *result = complete ? output.finish() : nullptr;
