@@ -56,16 +56,16 @@ bool overlay_string(QuillBlock* variable, QuillBlock selections,
                  limits);
 }
 
-// Puts the string over selections that are all as long as it is. What is far
-// apart in the text is fetched early.
+// Puts the string over selections that are all as long as it is.
 void write_over(char* text, std::span<const Selection> selections,
                 std::string_view string) {
-  constexpr std::size_t kSelectionsAhead = 64;
-  for (std::size_t i = 0; i < selections.size(); ++i) {
-    const std::size_t ahead =
-        std::min(i + kSelectionsAhead, selections.size() - 1);
-    __builtin_prefetch(text + selections[ahead].start, 1);
-    move_bytes(text + selections[i].start, string.data(), std::ssize(string));
+  const Offset count = std::ssize(selections);
+  for (Offset i = 0; i < count; ++i) {
+    const Selection& selection = selections[static_cast<std::size_t>(i)];
+    if (i + kSelectionsAhead < count) {
+      fetch_text(text, (&selection)[kSelectionsAhead]);
+    }
+    move_bytes(text + selection.start, string.data(), std::ssize(string));
   }
 }
 

@@ -34,6 +34,9 @@ bool copy_texts(const char* text, const Destination& to,
   *to.copied = 0;
   Offset copied = 0;
   for (Offset done = 0; done < count && copied < to.capacity;) {
+    if (done + kSelectionsAhead < count) {
+      fetch_text(text, to_copy(elements[done + kSelectionsAhead]));
+    }
     const Selection selection = to_copy(elements[done++]);
     const Offset length = selection.length();
     // An end before the start covers nothing.

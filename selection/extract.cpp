@@ -91,16 +91,18 @@ bool copy_pieces(const char* text, Selections selections,
   const Repeated suffix(wrapping.suffix);
   char* out = output.data();
   const char* const end = out + output.size();
-  Offset next_long = 0;
-  for (const Selection& selection : selections) {
-    if (!meter.go_on()) break;
+  const Offset count = std::ssize(selections);
+  for (Offset i = 0; i < count && meter.go_on(); ++i) {
+    const Selection& selection = selections[static_cast<std::size_t>(i)];
+    if (i + kSelectionsAhead < count) {
+      fetch_text(text, (&selection)[kSelectionsAhead]);
+    }
     if (selection.start < selection.end) {
       out = prefix.append_to(out, end);
       out = append(out, text + selection.start, selection.length());
       out = suffix.append_to(out, end);
     }
-    next_long += 2;
-    meter.tick(next_long);
+    meter.tick(2 * (i + 1));
   }
   return meter.go_on();
 }

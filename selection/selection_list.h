@@ -37,6 +37,15 @@ inline std::span<const Selection> selections_of(
   return {reinterpret_cast<const Selection*>(longs.data()), longs.size() / 2};
 }
 
+// Asks early for the text of a selection some places further on in a list. Only
+// a hint: nothing is read, wherever the selection lies.
+constexpr Offset kSelectionsAhead = 32;
+inline void fetch_text(const char* text, const Selection& selection) {
+  const auto offset = static_cast<std::uintptr_t>(selection.start);
+  const auto address = reinterpret_cast<std::uintptr_t>(text) + offset;
+  __builtin_prefetch(reinterpret_cast<const void*>(address));
+}
+
 inline PairSurvey survey(std::span<const std::int32_t> longs,
                          std::int32_t limit = 0) {
   return survey_pairs(longs.data(), longs.data() + longs.size(), limit);
