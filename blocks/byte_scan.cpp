@@ -109,7 +109,9 @@ const std::int32_t* find_value(const std::int32_t* first,
 
 PairSurvey survey_pairs(const std::int32_t* first, const std::int32_t* last,
                         std::int32_t limit) {
-  return kernels().survey_pairs(first, last, limit);
+  constexpr Offset kFew = 16;  // not worth the wide registers
+  const ByteKernels& by = last - first > kFew ? kernels() : kPortableKernels;
+  return by.survey_pairs(first, last, limit);
 }
 
 const Byte* find_non_ascii(const Byte* first, const Byte* last) {
