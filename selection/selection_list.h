@@ -39,7 +39,7 @@ inline std::span<const Selection> selections_of(
 
 // Asks early for the text of a selection some places further on in a list. Only
 // a hint: nothing is read, wherever the selection lies.
-constexpr Offset kSelectionsAhead = 32;
+constexpr Offset kSelectionsAhead = 64;
 inline void fetch_text(const char* text, const Selection& selection) {
   const auto offset = static_cast<std::uintptr_t>(selection.start);
   const auto address = reinterpret_cast<std::uintptr_t>(text) + offset;
