@@ -102,7 +102,7 @@ inline void set_selections(Byte* bits, Offset byte_count,
 
 // A guess from the first few selections; only speed depends on it.
 inline Placing placing_of(std::span<const Selection> selections) {
-  constexpr std::size_t kFew = 8;
+  constexpr std::size_t kFew = 24;
   if (selections.size() < kFew) return Placing::kUneven;
   const Offset gap = Offset{selections[1].start} - selections[0].start;
   for (std::size_t i = 1; i < kFew; ++i) {
