@@ -248,6 +248,28 @@ TEST(SelectionLists, StayAsTheyWereWhenMemoryIsShort) {
   }
 }
 
+// A long list is inverted piece by piece. One that isn't in order stays as it
+// was, wherever that shows.
+TEST(InvertSelections, WorkThroughLongLists) {
+  const int size = 80'000;
+  for (const int low : {0, 1, 2, 32'768, 32'769, size / 2, size - 32'769,
+                        size - 32'768, size - 1}) {
+    SelectionCall call = {.operation = SelectionCall::kInvert,
+                          .list = Longs(size)};
+    std::iota(call.list.begin(), call.list.end(), 1);
+    // Below the long before it.
+    if (low != 0) call.list[static_cast<std::size_t>(low)] = low - 1;
+    for (const int start : {0, 1}) {
+      for (const int end : {call.list.back(), size + 1}) {
+        SCOPED_TRACE(testing::Message() << low << ' ' << start << ' ' << end);
+        call.start = start;
+        call.end = end;
+        EXPECT_TRUE(first_difference(call).empty());
+      }
+    }
+  }
+}
+
 // By a sort of the standard library, on texts whose order is that of their
 // bytes.
 TEST(SortSelections, SortWellFormedTexts) {
