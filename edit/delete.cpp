@@ -14,8 +14,10 @@ bool delete_selections(QuillBlock text, QuillBlock selections,
   const std::span<std::int32_t> longs = list_lock.longs();
   const ListSurvey list(longs, text_lock.size(), 0);
   if (!list.is_canonical) return false;
-  const OneString<false> edits(selections_of(longs), {});
-  return splice(text_lock, edits, list.growth, limits);
+  const std::span<Selection> places = selections_of(longs);
+  const RepeatedString nothing({}, std::ssize(places));
+  return splice(text_lock, OneString<false>(places, nothing), list.growth,
+                limits);
 }
 
 }  // namespace quill

@@ -79,8 +79,9 @@ bool replace_selections(QuillBlock text, QuillBlock selections,
   const ListSurvey list(longs, text_lock.size(), std::ssize(string));
   if (!list.is_canonical) return false;
   const std::span<Selection> places = selections_of(longs);
+  const RepeatedString repeated(string, std::ssize(places));
   if (list.shrinks) {
-    const OneString<true> edits(places, string);
+    const OneString<true> edits(places, repeated);
     return splice(text_lock, edits, list.growth, limits);
   }
   // Every place is noted already.
@@ -88,7 +89,7 @@ bool replace_selections(QuillBlock text, QuillBlock selections,
     write_over(text_lock.contents(), places, string);
     return true;
   }
-  const OneString<false> edits(places, string);
+  const OneString<false> edits(places, repeated);
   return splice(text_lock, edits, list.growth, limits);
 }
 

@@ -95,7 +95,7 @@ class OwnStrings {
   Offset end(Offset k) const { return at(k).end; }
   bool is_kept(Offset k) const { return at(k).kind == kKeep; }
   Offset length(Offset k) const { return at(k).replacement_length; }
-  void put(Offset k, Offset length, char* to) const {
+  void put(Offset k, Offset length, char* to, Room) const {
     move_bytes(to, at(k).replacement, length);
   }
   void note(Offset k, Offset shrunk) const { note_place(at(k), shrunk); }

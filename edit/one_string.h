@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "blocks/base.h"
-#include "blocks/short_move.h"
+#include "blocks/repeated_string.h"
 #include "selection/selection_list.h"
 
 namespace quill {
@@ -36,20 +36,20 @@ class OneString {
   static constexpr bool kNotesPlaces = notes_places;
 
   // `selections` is canonical.
-  OneString(std::span<Selection> selections, std::string_view string)
-      : selections_(selections), string_(string) {}
+  OneString(std::span<Selection> selections, const RepeatedString& string)
+      : selections_(selections), string_(&string) {}
 
   Offset count() const { return std::ssize(selections_); }
   Offset start(Offset k) const { return at(k).start; }
   Offset end(Offset k) const { return at(k).end; }
   static bool is_kept(Offset) { return false; }
-  Offset length(Offset) const { return std::ssize(string_); }
-  void put(Offset, Offset length, char* at) const {
-    move_bytes(at, string_.data(), length);
+  Offset length(Offset) const { return string_->length(); }
+  void put(Offset, Offset, char* at, Room room) const {
+    string_->put(at, room);
   }
   void note(Offset k, Offset shrunk) const {
     Selection& selection = at(k);
-    const Offset kept = std::min(selection.length(), std::ssize(string_));
+    const Offset kept = std::min(selection.length(), string_->length());
     selection.start = to_long(selection.start - shrunk);
     selection.end = to_long(selection.start + kept);
   }
@@ -60,7 +60,7 @@ class OneString {
   }
 
   std::span<Selection> selections_;
-  std::string_view string_;
+  const RepeatedString* string_;
 };
 
 }  // namespace quill

@@ -28,7 +28,7 @@ class Overlaying {
   Offset length(Offset k) const {
     return composer_->compose(*text_, start(k), end(k));
   }
-  void put(Offset, Offset length, char* to) const {
+  void put(Offset, Offset length, char* to, Room) const {
     move_bytes(to, composer_->bytes(), length);
   }
 

@@ -13,6 +13,7 @@
 #include <algorithm>
 
 #include "blocks/block_lock.h"
+#include "blocks/repeated_string.h"
 #include "edit/run_moves.h"
 #include "edit/size_limits.h"
 
@@ -24,7 +25,7 @@ namespace quill {
 //   Offset start(k), end(k)     where selection k lies
 //   bool is_kept(k)             selection k stays, as part of its run
 //   Offset length(k)            of its replacement
-//   void put(k, length, at)     writes the replacement of selection k, whose
+//   void put(k, length, at, room)  writes the replacement of selection k, whose
 //                               length was the last one asked for
 //   kNotesPlaces                whether it wants to hear of
 //   void note(k, shrunk)        selection k is done; those before it gave up
@@ -88,7 +89,7 @@ class Splice {
       at.run_start = place.start;
       const Offset shift = at.shift + place.change();
       if (shift > 0) break;
-      edits.put(k, place.length, text_ + place.start + at.shift);
+      edits.put(k, place.length, text_ + place.start + at.shift, {0, -shift});
       note(edits, k, at.shrunk);
       at.run_start = place.end;
       at.shift = shift;
@@ -117,7 +118,7 @@ class Splice {
       const Place place = place_of(edits, k);
       run_right(place.end, run_end, shift);
       shift -= place.change();
-      edits.put(k, place.length, text_ + place.start + shift);
+      edits.put(k, place.length, text_ + place.start + shift, {shift, 0});
       if constexpr (Edits::kNotesPlaces) shrunk -= place.shrinkage();
       note(edits, k, shrunk);
       run_end = place.start;
@@ -144,7 +145,7 @@ class Splice {
   // Replaces the selection `at.next`, and has the run behind it to move next.
   Reached put_and_pass(const Edits& edits, Reached at) const {
     const Place place = place_of(edits, at.next);
-    edits.put(at.next, place.length, text_ + place.start + at.shift);
+    edits.put(at.next, place.length, text_ + place.start + at.shift, {});
     note(edits, at.next, at.shrunk);
     return {at.next + 1, place.end, at.shift + place.change(),
             at.shrunk + place.shrinkage()};

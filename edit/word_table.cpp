@@ -109,7 +109,7 @@ class WordEdits {
   Offset end(Offset k) const { return at(k).end; }
   static bool is_kept(Offset) { return false; }
   Offset length(Offset k) const { return std::ssize(at(k).bytes); }
-  void put(Offset k, Offset length, char* to) const {
+  void put(Offset k, Offset length, char* to, Room) const {
     move_bytes(to, at(k).bytes.data(), length);
   }
 

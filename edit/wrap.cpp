@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "blocks/block_lock.h"
+#include "blocks/repeated_string.h"
 #include "edit/byte_string.h"
 #include "edit/splice.h"
 #include "selection/selection_list.h"
@@ -18,22 +19,23 @@ class Wrapping {
 
   Wrapping(std::span<const std::int32_t> longs, std::string_view leading,
            std::string_view trailing)
-      : longs_(longs), strings_{leading, trailing} {}
+      : longs_(longs),
+        strings_{{leading, count() / 2}, {trailing, count() / 2}} {}
 
   Offset count() const { return std::ssize(longs_); }
   Offset start(Offset k) const { return longs_[static_cast<std::size_t>(k)]; }
   Offset end(Offset k) const { return start(k); }
   bool is_kept(Offset k) const { return length(k) == 0; }
-  Offset length(Offset k) const { return std::ssize(string(k)); }
-  void put(Offset k, Offset length, char* at) const {
-    move_bytes(at, string(k).data(), length);
+  Offset length(Offset k) const { return string(k).length(); }
+  void put(Offset k, Offset, char* at, Room room) const {
+    string(k).put(at, room);
   }
 
  private:
-  std::string_view string(Offset k) const { return strings_[k & 1]; }
+  const RepeatedString& string(Offset k) const { return strings_[k & 1]; }
 
   std::span<const std::int32_t> longs_;
-  std::string_view strings_[2];
+  RepeatedString strings_[2];
 };
 
 bool wrap_selections(QuillBlock text, QuillBlock selections,

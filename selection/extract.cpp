@@ -4,11 +4,11 @@
 // A first pass over the list gives the exact size, so that the Block is made
 // once and never resized.
 #include <algorithm>
-#include <array>
 #include <optional>
 
 #include "blocks/active_block.h"
 #include "blocks/block_lock.h"
+#include "blocks/repeated_string.h"
 #include "blocks/short_move.h"
 #include "blocks/yield_meter.h"
 #include "quillcore.h"
@@ -56,51 +56,38 @@ char* append(char* to, const char* bytes, Offset length) {
   return to + length;
 }
 
-// A prefix or suffix in a row of copies. Where the output has room for more
-// than it, a short one is written with what stands behind it in its buffer,
-// without a branch on its length; what comes next overwrites that.
-class Repeated {
- public:
-  explicit Repeated(const Piece& piece) : piece_(piece) {
-    // A missing one is never appended.
-    if (piece.length <= kBuffer && !piece.is_missing()) {
-      move_bytes(buffer_.data(), piece.bytes, piece.length);
-    }
-  }
+// One that is missing is never appended.
+RepeatedString repeated(const Piece& piece, Offset times) {
+  const Offset length = piece.is_missing() ? 0 : piece.length;
+  return {{piece.bytes, static_cast<std::size_t>(length)}, times};
+}
 
-  char* append_to(char* out, const char* out_end) const {
-    if (piece_.length <= kBuffer && out_end - out >= kBuffer) {
-      store(out, buffer_);
-      return out + piece_.length;
-    }
-    return append(out, piece_.bytes, piece_.length);
-  }
-
- private:
-  static constexpr Offset kBuffer = 16;
-  Piece piece_;
-  std::array<char, kBuffer> buffer_{};
-};
+// What is behind it in the output up to `end` is written later.
+char* append(char* to, const RepeatedString& string, const char* end) {
+  char* const behind = to + string.length();
+  string.put(to, {0, end - behind});
+  return behind;
+}
 
 // False when the host stopped the copying; what is in `out` is then partial.
 // The host hears the index of the list's next long.
 bool copy_pieces(const char* text, Selections selections,
                  const Wrapping& wrapping, std::span<char> output,
                  YieldMeter meter) {
-  const Repeated prefix(wrapping.prefix);
-  const Repeated suffix(wrapping.suffix);
+  const Offset count = std::ssize(selections);
+  const RepeatedString prefix = repeated(wrapping.prefix, count);
+  const RepeatedString suffix = repeated(wrapping.suffix, count);
   char* out = output.data();
   const char* const end = out + output.size();
-  const Offset count = std::ssize(selections);
   for (Offset i = 0; i < count && meter.go_on(); ++i) {
     const Selection& selection = selections[static_cast<std::size_t>(i)];
     if (i + kSelectionsAhead < count) {
       fetch_text(text, (&selection)[kSelectionsAhead]);
     }
     if (selection.start < selection.end) {
-      out = prefix.append_to(out, end);
+      out = append(out, prefix, end);
       out = append(out, text + selection.start, selection.length());
-      out = suffix.append_to(out, end);
+      out = append(out, suffix, end);
     }
     meter.tick(2 * (i + 1));
   }
