@@ -7,6 +7,7 @@
 #include <span>
 
 #include "blocks/instructions.h"
+#include "utf8/ascii_keys.h"
 #include "utf8/character_map_kernels.h"
 #include "utf8/characters.h"
 
@@ -20,47 +21,6 @@ constexpr auto kIdentity = [] {
   std::iota(table.begin(), table.end(), Byte{0});
   return table;
 }();
-
-// The place of the ASCII keys, as the bisection of an array in any order sees
-// it: what it finds for these characters depends on the steps that it takes
-// for 0 and for 128, and otherwise on the keys between their ends alone.
-struct AsciiKeys {
-  explicit AsciiKeys(const Mask& mask) {
-    // They go the same way as long as the key in the middle is no ASCII.
-    Offset low = 0;
-    Offset high = mask.count - 1;
-    while (low < high) {
-      const Offset middle = (low + high) / 2;
-      const std::int32_t key = mask.keys[middle];
-      if (key >= 0 && key < 128) break;
-      if (key < 0) {
-        low = middle + 1;
-      } else {
-        high = middle;
-      }
-    }
-    first = lower_bound(mask.keys, low, high, 0);
-    limit = lower_bound(mask.keys, low, high, 128);
-  }
-
-  Offset first;
-  Offset limit;
-
- private:
-  // Predicted well where one mask is used again and again.
-  static Offset lower_bound(const std::int32_t* keys, Offset low, Offset high,
-                            std::int32_t key) {
-    while (low < high) {
-      const Offset middle = (low + high) / 2;
-      if (key > keys[middle]) {
-        low = middle + 1;
-      } else {
-        high = middle;
-      }
-    }
-    return low + (key > keys[low] ? 1 : 0);
-  }
-};
 
 bool are_strictly_ascending(std::span<const std::int32_t> keys) {
   return std::adjacent_find(keys.begin(), keys.end(), std::greater_equal<>()) ==
@@ -245,9 +205,8 @@ void map_ascii(const Mask& mask, CharacterMap& map) {
                      map)) {
     return;
   }
-  const bool ascending = are_strictly_ascending(
-      {mask.keys + place.first, static_cast<std::size_t>(count)});
-  for (Offset i = place.first; i < place.limit; ++i) {
+  const bool ascending = place.are_ascending(mask);
+  for (Offset i = place.limit; i-- > place.first;) {
     const auto key = static_cast<std::uint32_t>(mask.keys[i]);
     if (key >= 128) continue;
     set_ascii(map, key, ascending ? mask.values[i] : mask.map(mask.keys[i]));

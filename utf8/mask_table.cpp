@@ -1,5 +1,7 @@
 #include "utf8/mask_table.h"
 
+#include "utf8/ascii_keys.h"
+
 namespace quill {
 namespace {
 
@@ -11,10 +13,8 @@ constexpr auto kAscii = [] {
   return table;
 }();
 
-// Bytes of text below which bisecting beats filling the ASCII table, which
-// costs a look at every key.
+// Bytes of text below which bisecting beats filling the ASCII table.
 constexpr Offset kFewBytes = 8;
-constexpr Offset kKeysPerByte = 32;
 
 // Looks at all neighbours without leaving early, for the sake of vectors.
 bool are_ascending(const std::int32_t* keys, std::int32_t count) {
@@ -32,36 +32,30 @@ MaskTable::MaskTable(const Mask& mask, Offset byte_count)
   if (mask_.is_identity()) {
     ascii_ = kAscii;
     ascii_limit_ = 128;
-  } else if (byte_count >= kFewBytes &&
-             mask_.count <= byte_count * kKeysPerByte) {
+  } else if (byte_count >= kFewBytes) {
     fill_ascii();
   }
 }
 
-// Of equal ascending keys the first counts; other arrays give what the
-// bisection happens to find.
-std::int32_t MaskTable::value_at(std::int32_t index) const {
-  return ascending_ ? mask_.values[index] : mask_.map(mask_.keys[index]);
-}
-
-// The ASCII keys of an ascending array are one stretch. Filled from its end,
-// so that the first of equal keys is written last.
+// From the end, so that of equal keys the first is written last.
 void MaskTable::fill_ascii() {
   ascii_ = kAscii;
   ascii_limit_ = 128;
-  ascending_ = are_ascending(mask_.keys, mask_.count);
-  std::int32_t first = 0;
-  std::int32_t limit = mask_.count;
-  if (ascending_) {
-    first = find_long(mask_.keys, mask_.count, 0).index;
-    limit = find_long(mask_.keys, mask_.count, 128).index;
+  const AsciiKeys place(mask_);
+  if (!place.are_ascending(mask_)) {
+    for (std::size_t i = 0; i < ascii_.size(); ++i) {
+      ascii_[i] = mask_.map(static_cast<std::int32_t>(i));
+    }
+    return;
   }
-  for (std::int32_t i = limit; i-- > first;) {
+  for (Offset i = place.limit; i-- > place.first;) {
     const auto key = static_cast<std::uint32_t>(mask_.keys[i]);
-    if (key < 128) ascii_[key] = value_at(i);
+    if (key < 128) ascii_[key] = mask_.values[i];
   }
 }
 
+// From the end as well; arrays that don't ascend give what the bisection
+// happens to find.
 void MaskTable::fill_longer() {
   for (std::size_t i = 0; i < two_bytes_.size(); ++i) {
     two_bytes_[i] =
@@ -69,6 +63,10 @@ void MaskTable::fill_longer() {
   }
   filter_ = {};
   has_longer_ = true;
+  const bool ascending = are_ascending(mask_.keys, mask_.count);
+  const auto value_at = [&](std::int32_t i) {
+    return ascending ? mask_.values[i] : mask_.map(mask_.keys[i]);
+  };
   for (std::int32_t i = mask_.count; i-- > 0;) {
     const auto key = static_cast<std::uint32_t>(mask_.keys[i]);
     const std::uint32_t index = index_of(key);

@@ -67,11 +67,9 @@ class MaskTable {
   std::int32_t map_by_bisection(std::int32_t character);
   void fill_ascii();
   void fill_longer();
-  std::int32_t value_at(std::int32_t index) const;
 
   Mask mask_;
   std::uint32_t ascii_limit_ = 0;  // 128 once the ASCII table is filled
-  bool ascending_ = false;         // known only once a table is filled
   bool has_longer_ = false;
   std::int32_t patience_;  // bisections until the larger tables pay
 
