@@ -11,22 +11,26 @@ bool CharacterClass::is_preparable(const QuillRangePart& part) {
 
 CharacterClass::CharacterClass(const QuillRangePart& part, Offset range_length)
     : includes_(part.include != 0) {
+  // What has just been stored in pieces is slow to load: the words grow in
+  // registers, and both sets member by member.
+  std::uint64_t low = 0;
+  std::uint64_t high = 0;
   bool has_wide = false;
   for (std::int32_t i = 0; i < part.character_count; ++i) {
     const std::int32_t member = part.characters[i];
     if (member >= 0 && member < 0x80) {
-      ascii_[member >> 6] |= std::uint64_t{1} << (member & 63);
+      const std::uint64_t bit = std::uint64_t{1} << (member & 63);
+      (member < 64 ? low : high) |= bit;
       listed_ascii_.add(static_cast<Byte>(member));
-      lists_ascii_ = true;
+      accepted_bytes_.add(static_cast<Byte>(member));
     } else if (byte_of(member, 0) >= 0xC0) {
       has_wide = true;  // what begins with other bytes is never read
     }
   }
-  accepted_bytes_ = listed_ascii_;
-  if (!includes_) {
-    accepted_bytes_.invert();
-    for (std::uint64_t& word : ascii_) word = ~word;
-  }
+  lists_ascii_ = (low | high) != 0;
+  if (!includes_) accepted_bytes_.invert();
+  ascii_[0] = includes_ ? low : ~low;
+  ascii_[1] = includes_ ? high : ~high;
   if (has_wide) wide_.emplace(part, range_length);
 }
 

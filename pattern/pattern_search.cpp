@@ -34,7 +34,8 @@ bool PatternSearcher::has_fixed_start() const {
   return first.character_count == 1 && first.minimum >= 1 && first.include == 1;
 }
 
-bool PatternSearcher::find_first(Offset from, Offset to, MatchVariables found) {
+bool PatternSearcher::find_first(Offset from, Offset to,
+                                 const MatchVariables& found) {
   *found.next = to_long(to);
   if (text_ == nullptr || from < 0 || to < from || to < 1 ||
       pattern_.part_count < 1) {
@@ -64,7 +65,7 @@ Offset PatternSearcher::scan_for_start(Offset from, Offset to) {
 }
 
 bool PatternSearcher::find_by_the_book(Offset position, Offset to,
-                                       MatchVariables found) {
+                                       const MatchVariables& found) {
   YieldMeter meter = host_.meter();
   while (position < to) {
     const PatternMatch match = match_pattern(pattern_, text_, position, to);
@@ -91,7 +92,7 @@ bool PatternSearcher::open_window(Offset position, Offset to) {
 }
 
 bool PatternSearcher::find_prepared(Offset position, Offset to,
-                                    MatchVariables found) {
+                                    const MatchVariables& found) {
   if (position >= to) return false;
   AttemptCount count(text_, position, to, host_.meter(), found.end);
   while (position < to) {
@@ -264,7 +265,8 @@ PatternMatch PatternSearcher::finish_attempt(Offset position,
           false};
 }
 
-bool PatternSearcher::find_last(Offset from, Offset to, MatchVariables found) {
+bool PatternSearcher::find_last(Offset from, Offset to,
+                                const MatchVariables& found) {
   *found.next = to_long(from);
   if (text_ == nullptr || from < 0 || from > to || to < 1 ||
       pattern_.part_count < 1) {
@@ -278,7 +280,7 @@ bool PatternSearcher::find_last(Offset from, Offset to, MatchVariables found) {
 // An attempt at a continuation byte reads what the one before it, at the next
 // offset, has read: it fails too, and would go on at the same offset.
 bool PatternSearcher::find_last_by_the_book(Offset from, Offset to,
-                                            MatchVariables found) {
+                                            const MatchVariables& found) {
   YieldMeter meter = host_.meter();
   PatternMatch match{to, false};
   for (Offset position = to - 1; position >= from; --position) {
@@ -297,7 +299,7 @@ bool PatternSearcher::find_last_by_the_book(Offset from, Offset to,
 // Only offsets of bytes that a match can begin with are tried; the others fail
 // and are counted together.
 bool PatternSearcher::find_last_prepared(Offset from, Offset to,
-                                         MatchVariables found) {
+                                         const MatchVariables& found) {
   ByteSet first_bytes;
   for (int i = 0; i < prepared_.starters(); ++i) {
     first_bytes.add_all(prepared_.accepted_by(i).first_bytes());

@@ -63,10 +63,10 @@ class PatternSearcher {
         prepared_(text_, pattern) {}
 
   // The first match that starts in [from, to) and ends by `to`.
-  bool find_first(Offset from, Offset to, MatchVariables found);
+  bool find_first(Offset from, Offset to, const MatchVariables& found);
 
   // The match that starts at the highest offset below `to`.
-  bool find_last(Offset from, Offset to, MatchVariables found);
+  bool find_last(Offset from, Offset to, const MatchVariables& found);
 
   // Searches again and again, each time from the end of the last match, as long
   // as the matches lie whole in a stretch looked through before and no search
@@ -90,10 +90,12 @@ class PatternSearcher {
   bool decide();
   bool has_fixed_start() const;
   Offset scan_for_start(Offset from, Offset to);
-  bool find_by_the_book(Offset position, Offset to, MatchVariables found);
-  bool find_prepared(Offset position, Offset to, MatchVariables found);
-  bool find_last_by_the_book(Offset from, Offset to, MatchVariables found);
-  bool find_last_prepared(Offset from, Offset to, MatchVariables found);
+  bool find_by_the_book(Offset position, Offset to,
+                        const MatchVariables& found);
+  bool find_prepared(Offset position, Offset to, const MatchVariables& found);
+  bool find_last_by_the_book(Offset from, Offset to,
+                             const MatchVariables& found);
+  bool find_last_prepared(Offset from, Offset to, const MatchVariables& found);
   Offset next_attempt(Offset position, Offset above, Offset after,
                       Offset to) const;
 
