@@ -48,6 +48,8 @@ class MaskedText {
         meter.skip(mask_in_place(end, meter.units_left() - 1));
         if (position_ == end) break;
       } else {
+        meter.skip(mask_bytes(end, meter.units_left() - 1));
+        if (position_ == end) break;
         --singly_;
       }
       const Character read = read_next(source_, position_, end);
@@ -108,6 +110,27 @@ class MaskedText {
       patience_ = 0;
     }
     return run.characters;
+  }
+
+  // Masks single bytes, whatever they become, up to the first that is none.
+  // Returns their number, at most `most` and fewer than are to be taken singly.
+  Offset mask_bytes(Offset end, Offset most) {
+    const std::int32_t* const ascii = table_ ? table_->ascii() : nullptr;
+    if (ascii == nullptr) return 0;
+    most = std::min({most, singly_ - 1, end - position_,
+                     output_.room() / kLongestCharacter});
+    const Byte* const from = source_ + position_;
+    char* const start = output_.write_position();
+    char* to = start;
+    Offset count = 0;
+    for (; count < most && from[count] < 0x80; ++count) {
+      to += unpack(ascii[from[count]], to);
+    }
+    output_.advance(to - start);
+    position_ += count;
+    singly_ -= count;
+    if (output_.in_use() != position_) copies_ahead_ = false;
+    return count;
   }
 
   // Maps a character at which a run has stopped. When much is still to come,
