@@ -12,6 +12,7 @@
 #include <span>
 
 #include "blocks/base.h"
+#include "selection/edge_kernel.h"
 #include "selection/selection_list.h"
 
 namespace quill {
@@ -168,9 +169,10 @@ inline std::int32_t* list_edges(std::uint64_t edges, std::int32_t base,
 // many at a time: `take(span)`, which answers false to end it.
 template <class Take>
 void take_runs(const Byte* bits, Offset bit_count, Take take) {
-  constexpr std::ptrdiff_t kMostAtOnce = 65;  // longs that a word writes
-  std::array<std::int32_t, 1024> longs;       // undefined before `next`
-  std::int32_t* const full = longs.data() + longs.size() - kMostAtOnce - 1;
+  constexpr Offset kBitsAtOnce = kWordsAtOnce * 64;
+  std::array<std::int32_t, 2048> longs;  // undefined before `next`
+  // A step writes a long for each bit, and one more.
+  std::int32_t* const full = longs.data() + longs.size() - kBitsAtOnce - 1;
   std::int32_t* next = longs.data();
   const auto hand_on = [&] {
     const auto count = static_cast<std::size_t>(next - longs.data());
@@ -181,10 +183,20 @@ void take_runs(const Byte* bits, Offset bit_count, Take take) {
     return go_on;
   };
   std::uint64_t before = 0;  // the last bit of the word before
-  for (Offset base = 0; base < bit_count; base += 64) {
-    const std::uint64_t word = load_bits(bits, base, bit_count);
-    next = list_edges(word ^ (word << 1 | before), to_long(base - 1), next);
-    before = word >> 63;
+  const Offset at_once =
+      lists_words_at_once() ? bit_count / kBitsAtOnce * kBitsAtOnce : 0;
+  for (Offset base = 0; base < bit_count;) {
+    if (base < at_once) {
+      next =
+          list_edges_avx512(bits + base / 8, before, to_long(base - 1), next);
+      base += kBitsAtOnce;
+      before = load_word(bits, base / 64 - 1) >> 63;
+    } else {
+      const std::uint64_t word = load_bits(bits, base, bit_count);
+      next = list_edges(word ^ (word << 1 | before), to_long(base - 1), next);
+      base += 64;
+      before = word >> 63;
+    }
     if (next > full && !hand_on()) return;
   }
   // The last bit of all, when the last word is full.

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "blocks/byte_kernels.h"
 #include "tests/checks/selection_check.h"
 #include "tests/support/expect.h"
 #include "tests/support/random_inputs.h"
@@ -296,6 +297,37 @@ TEST(SortSelections, SortWellFormedTexts) {
       if (call.text.substr(start, end - start) != wanted[i]) return call.show();
     }
     return {};
+  });
+}
+
+// Large maps are read many words at a time, whatever their runs' lengths are
+// and wherever they end.
+TEST(MapToSelection, ListsTheRunsOfLargeMaps) {
+  for_random_inputs(71, 2000, [](Input& in) -> std::string {
+    const int length = in.between(1, 5000);
+    const int longest = in.pick({1, 2, 5, 20, 150, 3000});
+    std::vector<char> map(static_cast<std::size_t>(length + 9) / 8);
+    Longs runs;
+    // Beyond the bits that belong to the map all are set.
+    const int bits = static_cast<int>(map.size()) * 8;
+    bool is_set = in.between(0, 1) != 0;
+    for (int at = 0; at < length + 2; is_set = !is_set) {
+      const int end = std::min(at + in.between(1, longest), length + 2);
+      if (is_set) runs.insert(runs.end(), {at - 1, end - 1});
+      for (int bit = at; is_set && bit < end; ++bit) BitSet(map.data(), bit);
+      at = end;
+    }
+    for (int bit = length + 2; bit < bits; ++bit) BitSet(map.data(), bit);
+    for (const ByteKernels* kernels : available_kernels()) {
+      force_kernels(kernels);
+      HeldBlock list;
+      std::int32_t count = 0;
+      MapToSelection(map.data(), length, &list.block, &count);
+      const bool same = list.longs() == runs;
+      force_kernels(nullptr);
+      if (!same) return kernels->name + (" " + show(runs));
+    }
+    return "";
   });
 }
 
