@@ -2,6 +2,7 @@
 // text.
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <numeric>
 
 #include "tests/checks/masks_check.h"
@@ -104,6 +105,32 @@ TEST(MaskedTexts, MapCommonCharactersToAnything) {
                                    0x100C3, 0xFFFFFF, 0x1000000, -1}) {
     call.mask.values = {value, value};
     EXPECT_EQ(first_difference(call), "");
+  }
+}
+
+// Keys in no order, and equal ones: what is prepared for the ASCII characters
+// finds what the bisection finds.
+TEST(MaskedTexts, BisectForAsciiInAnyOrder) {
+  const Longs arrays[] = {
+      {std::numeric_limits<std::int32_t>::max(), 0, 50, 60, 70},
+      {'b', 'b', 'c', 'c', 'c'},
+      {'c', 'b', 'b', 'a', 'd'},
+      {-5, 'a', 'c', 'b', 0xA9C3},
+      {'a', 0xA9C3, 'c', -5, 'd'},
+  };
+  MaskCall call;
+  for (std::int32_t letter = 0; letter < 128; ++letter) {
+    call.text += static_cast<char>(letter);
+    call.longs.push_back(letter);
+  }
+  call.end = length_of(call.text);
+  for (const Longs& keys : arrays) {
+    call.mask = {keys, {'1', '2', '3', '4', 0xA9C3}};
+    call.mask_count = call.mask.count();
+    for (const auto operation : {MaskCall::kUseTable, MaskCall::kRewrite}) {
+      call.operation = operation;
+      EXPECT_EQ(first_difference(call), "");
+    }
   }
 }
 

@@ -43,7 +43,7 @@ void set_ascii(CharacterMap& map, std::size_t key, std::int32_t value) {
 bool set_neighbours(const std::int32_t* keys, const std::int32_t* values,
                     std::int32_t count, CharacterMap& map) {
   const std::int32_t key = keys[0];
-  if (key < 0 || key + count > 128) return false;
+  if (key < 0 || key > 128 - count) return false;
   std::int32_t wrong = 0;
   for (std::int32_t i = 0; i < count; ++i) {
     wrong |= (keys[i] ^ (key + i)) | (values[i] & ~0xFF);
