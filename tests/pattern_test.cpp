@@ -173,6 +173,46 @@ TEST(PatternSearch, AgreesWithNaiveTwinsOnManyScripts) {
   }
 }
 
+// Runs that end about the borders of words and windows, with and without the
+// next part behind them.
+TEST(PatternSearch, FollowsRunsAcrossBorders) {
+  PatternCall call = {.parts = {{{'a'}}, {{'b'}}}};
+  for (const std::size_t before : {0, 1, 62, 63, 64, 65}) {
+    for (const std::size_t length : {1, 2, 63, 64, 65, 127, 128, 700, 2100}) {
+      SCOPED_TRACE(testing::Message() << before << ' ' << length);
+      const std::string run(length, 'a');
+      call.text = std::string(before, '.') + run + "b" + run + "." + run + "b" +
+                  std::string(30, '.') + run;
+      call.to = length_of(call.text);
+      EXPECT_EQ(first_difference(call), "");
+    }
+  }
+}
+
+// What is known of the first places is neither more than was looked at, nor
+// true of the places inside.
+TEST(PatternSearch, TriesEachPlaceBehindPartsOfOneLength) {
+  const struct {
+    const char* what;
+    RangeParts parts;
+    const char* piece;
+  } cases[] = {
+      {"more characters than are looked at",
+       {{{'a'}, 7, 7}, {{'b'}}},
+       ".aaaaaab.aaaaaaab"},
+      {"a match inside a failed attempt",
+       {{{'a'}, 1, 1}, {{'a', 'b'}, 1, 1}, {{'b'}, 1, 2}, {{'c'}, 1, 1}},
+       ".aabbbc"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    PatternCall call = {.parts = c.parts};
+    while (call.text.size() < 1000) call.text += c.piece;
+    call.to = length_of(call.text);
+    EXPECT_EQ(first_difference(call), "");
+  }
+}
+
 // Attempts that all run on over the same text: it would take hours if each
 // went all the way.
 TEST(PatternSearch, StaysLinearOnOpenRuns) {

@@ -154,6 +154,7 @@ TEST(StringSearch, FindsTornMatchesInLongTexts) {
     const char* filler;
     const char* pattern;
     const char* torn;
+    Mask mask = {};
   };
   const Case cases[] = {
       {"one byte a character", "a\xC3\xA9", "abz", "ab\x80z"},
@@ -161,13 +162,23 @@ TEST(StringSearch, FindsTornMatchesInLongTexts) {
        "\xD0\x96\x80\x80\xD0\xA9"},
       {"three", "\xE3\x81\x82\xE3\x81\x84", "\xE3\x81\x82\xE3\x82\xA1",
        "\xE3\x81\x82\xBF\xE3\x82\xA1"},
+      {"three, of which a lead byte is rare", "\xE3\x81\x82\xE3\x81\x84",
+       "\xE3\x81\x82\xE4\x81\x81", "\xE3\x81\x82\xBF\xE4\x81\x81"},
+      {"two, out of order where a mask maps it",
+       "\xD0\x96\xD1\x8F",
+       "\xD0\x96\xD0\xA9",
+       "\xD0"
+       "A\xD0\xA9",
+       {{packed("\xD0"
+                "A")},
+        {packed("\xD0\x96")}}},
       {"four", "\xF0\x9F\x98\x80 ", "\xF0\x9F\x98\x80\xF0\x9F\x98\x81",
        "\xF0\x9F\x98\x80\x80\xF0\x9F\x98\x81"},
       {"several", "\xD0\x96 ", "\xD0\x96-\xD0\xA9", "\xD0\x96-\x80\xD0\xA9"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
-    StringSearch call = {.pattern = spell(c.pattern)};
+    StringSearch call = {.pattern = spell(c.pattern), .mask = c.mask};
     std::string orderly;
     while (orderly.size() < 4000) orderly += c.filler;
     for (int i = 1; i <= 16; ++i) {
