@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <numeric>
 
 #include "tests/models/naive.h"
 #include "tests/support/random_inputs.h"
@@ -85,6 +86,18 @@ TEST(SortLongs, SortsEveryShape) {
       SortLongs(array.data(), 0, size);
       EXPECT_EQ(array, wanted) << "shape " << shape << ", size " << size;
     }
+  }
+}
+
+TEST(SortLongs, SortsWhatIsOutOfOrderInOnePlace) {
+  constexpr std::size_t kSize = 3000;
+  Longs wanted(kSize);
+  std::iota(wanted.begin(), wanted.end(), -7);
+  for (std::size_t i = 1; i < kSize; ++i) {
+    Longs array = wanted;
+    std::swap(array[i - 1], array[i]);
+    SortLongs(array.data(), 0, kSize);
+    EXPECT_EQ(array, wanted) << i;
   }
 }
 
