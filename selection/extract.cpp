@@ -56,9 +56,9 @@ char* append(char* to, const char* bytes, Offset length) {
   return to + length;
 }
 
-// One that is missing is never appended.
+// Of one that is never appended no byte is looked at.
 RepeatedString repeated(const Piece& piece, Offset times) {
-  const Offset length = piece.is_missing() ? 0 : piece.length;
+  const Offset length = times == 0 ? 0 : piece.length;
   return {{piece.bytes, static_cast<std::size_t>(length)}, times};
 }
 
@@ -75,8 +75,9 @@ bool copy_pieces(const char* text, Selections selections,
                  const Wrapping& wrapping, std::span<char> output,
                  YieldMeter meter) {
   const Offset count = std::ssize(selections);
-  const RepeatedString prefix = repeated(wrapping.prefix, count);
-  const RepeatedString suffix = repeated(wrapping.suffix, count);
+  const Offset times = output.empty() ? 0 : count;
+  const RepeatedString prefix = repeated(wrapping.prefix, times);
+  const RepeatedString suffix = repeated(wrapping.suffix, times);
   char* out = output.data();
   const char* const end = out + output.size();
   for (Offset i = 0; i < count && meter.go_on(); ++i) {

@@ -7,6 +7,7 @@
 #include "blocks/byte_kernels.h"
 #include "tests/checks/selection_check.h"
 #include "tests/support/expect.h"
+#include "tests/support/guarded_text.h"
 #include "tests/support/random_inputs.h"
 
 namespace quill::test {
@@ -213,6 +214,7 @@ TEST(ExtractSelections, RefuseWhatCantBeExtracted) {
       {"no text and nothing to take", nullptr, {2, 2}, 0, 1},
       {"no text", nullptr, {0, 2}, 0, 0},
       {"no prefix", "abc", {0, 2}, 1, 0},
+      {"no prefix and nothing to take", "abc", {2, 2}, 1, 1},
       {"larger than a Block", "abc", {0, 1, 0, INT32_MAX}, 0, 0},
       {"one long", "abc", {0}, 0, 0},
   };
@@ -226,6 +228,18 @@ TEST(ExtractSelections, RefuseWhatCantBeExtracted) {
         c.result);
     EXPECT_EQ(made.block == untouched(), c.result == 0);
   }
+}
+
+TEST(ExtractSelections, LookAtNoStringsWhereNothingIsTaken) {
+  const GuardedText text("abc");
+  const char* const unreadable = text.data() + text.view().size();
+  const HeldBlock held(Longs(40, 2));
+  HeldBlock made(untouched());
+  EXPECT_EQ(
+      ExtractSelections(text.data(), held.block, unreadable, 5, unreadable, 5,
+                        &made.block, 0, YieldRecorder().callback()),
+      1);
+  EXPECT_EQ(made.bytes(), "");
 }
 
 TEST(SelectionLists, StayAsTheyWereWhenMemoryIsShort) {
