@@ -177,8 +177,9 @@ TEST(PatternSearch, AgreesWithNaiveTwinsOnManyScripts) {
 // next part behind them.
 TEST(PatternSearch, FollowsRunsAcrossBorders) {
   PatternCall call = {.parts = {{{'a'}}, {{'b'}}}};
-  for (const std::size_t before : {0, 1, 62, 63, 64, 65}) {
-    for (const std::size_t length : {1, 2, 63, 64, 65, 127, 128, 700, 2100}) {
+  for (const std::size_t before : {0u, 1u, 62u, 63u, 64u, 65u}) {
+    for (const std::size_t length :
+         {1u, 2u, 63u, 64u, 65u, 127u, 128u, 700u, 2100u}) {
       SCOPED_TRACE(testing::Message() << before << ' ' << length);
       const std::string run(length, 'a');
       call.text = std::string(before, '.') + run + "b" + run + "." + run + "b" +

@@ -181,7 +181,7 @@ TEST(StringSearch, FindsTornMatchesInLongTexts) {
     StringSearch call = {.pattern = spell(c.pattern), .mask = c.mask};
     std::string orderly;
     while (orderly.size() < 4000) orderly += c.filler;
-    for (int i = 1; i <= 16; ++i) {
+    for (std::size_t i = 1; i <= 16; ++i) {
       call.text += orderly.substr(0, orderly.size() * i / 16) + c.torn;
     }
     call.end = length_of(call.text);
@@ -220,13 +220,8 @@ TEST(StringSearch, TellsLongPatternsByTheirEnds) {
 TEST(StringSearch, TellsMatchesFromNearMissesInLongTexts) {
   StringSearch call = {.operation = StringSearch::kFindAll,
                        .pattern = spell("abcd")};
-  const char* const pieces[] = {" abcd ",
-                                "xabcd ",
-                                " abcdx",
-                                " abcx ",
-                                " xbcd ",
-                                "\xC3\xA9"
-                                "abcd "};
+  const char* const pieces[] = {" abcd ", "xabcd ", " abcdx",
+                                " abcx ", " xbcd ", "\u00E9abcd "};
   for (std::size_t i = 0; call.text.size() < 60'000; ++i) {
     call.text += std::string(i * 37 % 500, i % 40 == 0 ? 'a' : '.');
     call.text += pieces[i % 6 % (i < 200 ? 5 : 6)];
