@@ -250,7 +250,7 @@ Offset StringFilter::next_anchored(Offset from, Offset limit) {
     } else if (thick_ >= kManyThick) {
       list_from(from, end_ - plan.reach + 1);
       thick_ = static_cast<int>(
-          std::min<Offset>(thick_ + hits_.count() - 1, 2 * kManyThick));
+          std::min<Offset>(thick_ + hits_.count() - 1, Offset{2} * kManyThick));
     } else {
       const Offset found =
           find_anchored(text_ + from, text_ + last, plan.used()) - text_;

@@ -54,7 +54,8 @@ std::int32_t* list_edges_avx512(const Byte* bits, std::uint64_t before,
   alignas(kBlock) Byte numbers[kBlock];
   for (Offset i = 0; i < kBlock; ++i) numbers[i] = static_cast<Byte>(i);
   const __m512i all = load(numbers);
-  __m512i behind = _mm512_set1_epi64(static_cast<long long>(before << 63));
+  const Bits carried = before << 63;
+  __m512i behind = _mm512_set1_epi64(static_cast<long long>(carried));
   auto at = static_cast<std::uint32_t>(base);
   for (Offset i = 0; i < kWordsAtOnce; i += 8, at += 512) {
     const __m512i words = load(bits + i * 8);

@@ -43,6 +43,8 @@ constexpr Offset kSelectionsAhead = 64;
 inline void fetch_text(const char* text, const Selection& selection) {
   const auto offset = static_cast<std::uintptr_t>(selection.start);
   const auto address = reinterpret_cast<std::uintptr_t>(text) + offset;
+  // No pointer may point there by arithmetic.
+  // NOLINTNEXTLINE(performance-no-int-to-ptr)
   __builtin_prefetch(reinterpret_cast<const void*>(address));
 }
 
