@@ -153,8 +153,8 @@ PatternSearcher::Taken PatternSearcher::take_runs(Offset position, Offset to,
   return taken;
 }
 
-// Lists matches of the one part there is, from a search at `position` on, and
-// returns how many of them fit: at least half as many as the window has edges.
+// Lists the matches of the one part there is, from a search at `position` on,
+// as many as kMostEdges longs hold, and returns their number.
 Offset PatternSearcher::list_runs(Offset position,
                                   std::int32_t* matches) const {
   if (prepared_.limit_of(0) < kMaxLong) return list_pieces(position, matches);

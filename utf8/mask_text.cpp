@@ -112,8 +112,9 @@ class MaskedText {
     return run.characters;
   }
 
-  // Masks single bytes, whatever they become, up to the first that is none.
-  // Returns their number, at most `most` and fewer than are to be taken singly.
+  // Masks characters of a single byte, whatever length they become, up to the
+  // first longer one. Returns their number, at most `most`; one of those to be
+  // taken singly is always left.
   Offset mask_bytes(Offset end, Offset most) {
     const std::int32_t* const ascii = table_ ? table_->ascii() : nullptr;
     if (ascii == nullptr) return 0;
