@@ -26,30 +26,25 @@ inline std::uint64_t load_word(const Byte* bits, Offset word) {
   return value;
 }
 
-inline void set_in_word(Byte* bits, Offset word, std::uint64_t value) {
-  value |= load_word(bits, word);
-  std::memcpy(bits + word * 8, &value, sizeof value);
+inline void set_in_bytes(Byte* eight, std::uint64_t value) {
+  value |= load_word(eight, 0);
+  std::memcpy(eight, &value, sizeof value);
 }
 
-// How a run's words are written. Whether a short run lies in one word or in two
-// can mostly not be foreseen: then both are written, without a branch, and may
-// be the same one. With selections evenly spaced the branch costs less.
-enum class Placing { kUneven, kEven };
+inline void set_in_word(Byte* bits, Offset word, std::uint64_t value) {
+  set_in_bytes(bits + word * 8, value);
+}
 
-// Sets the bits from `first` to `last`, both included.
-template <Placing kPlacing = Placing::kUneven>
+// Sets the bits from `first` to `last`, both included. Whether a short run lies
+// in one word or in two can mostly not be foreseen: both are written, without a
+// branch, and may be the same one.
 inline void set_run_in_words(Byte* bits, std::uint32_t first,
                              std::uint32_t last) {
   const std::uint32_t first_word = first >> 6;
   const std::uint32_t last_word = last >> 6;
   const std::uint64_t from_first = ~std::uint64_t{0} << (first & 63);
   const std::uint64_t to_last = ~std::uint64_t{0} >> (~last & 63);
-  if (kPlacing == Placing::kEven && first_word == last_word) {
-    return set_in_word(bits, first_word, from_first & to_last);
-  }
-  const std::uint64_t other = kPlacing == Placing::kEven
-                                  ? ~std::uint64_t{0}
-                                  : std::uint64_t{first_word == last_word} - 1;
+  const std::uint64_t other = std::uint64_t{first_word == last_word} - 1;
   set_in_word(bits, first_word, from_first & (to_last | other));
   set_in_word(bits, last_word, to_last & (from_first | other));
   if (last_word - first_word > 1) [[unlikely]] {
@@ -57,6 +52,14 @@ inline void set_run_in_words(Byte* bits, std::uint32_t first,
                 std::size_t{last_word - first_word - 1} * 8);
   }
 }
+
+// How the runs of a list are written. Where they are short and far apart, each
+// is one write of the eight bytes from its first byte on; where they are close,
+// such a write would have to wait for the one before it, which it overlaps.
+enum class Placing { kClose, kApart };
+
+// Runs of up to so many bits lie in the eight bytes from their first byte on.
+constexpr std::uint32_t kMostInEightBytes = 57;
 
 // The same where `last` may lie among the last bytes, less than a word, of the
 // `byte_count` that may be touched.
@@ -78,23 +81,29 @@ inline void set_selections(Byte* bits, Offset byte_count,
                            std::int32_t text_length) {
   const Offset in_words =
       std::min<Offset>(text_length, byte_count / 8 * 64 - 1);
+  // Short runs that begin up to here may be written with eight bytes.
+  const Offset apart_up_to =
+      std::min<Offset>(text_length, byte_count * 8 - 64) - kMostInEightBytes;
   // In a list that is out of order the words to come are fetched early.
   constexpr std::size_t kAhead = 24;
   for (std::size_t i = 0; i < selections.size(); ++i) {
-    if (kPlacing == Placing::kUneven && i + kAhead < selections.size()) {
+    if (kPlacing == Placing::kClose && i + kAhead < selections.size()) {
       __builtin_prefetch(bits + (selections[i + kAhead].start >> 3), 1);
     }
     const auto [start, end] = selections[i];
     const auto first = static_cast<std::uint32_t>(start) + 1;
     const auto last = static_cast<std::uint32_t>(end);
     // Negative offsets are beyond every text here.
-    if (first - 1 < last && last <= in_words) [[likely]] {
-      set_run_in_words<kPlacing>(bits, first, last);
-      continue;
-    }
-    const std::int32_t from = std::max(start, 0);
-    const std::int32_t to = std::min(end, text_length);
-    if (from < to) {
+    if (kPlacing == Placing::kApart && first - 1 <= apart_up_to &&
+        last - first < kMostInEightBytes) [[likely]] {
+      const std::uint64_t run = ~std::uint64_t{0} >> (63 - (last - first));
+      set_in_bytes(bits + (first >> 3), run << (first & 7));
+    } else if (first - 1 < last && last <= in_words) [[likely]] {
+      set_run_in_words(bits, first, last);
+    } else {
+      const std::int32_t from = std::max(start, 0);
+      const std::int32_t to = std::min(end, text_length);
+      if (from >= to) continue;
       set_run(bits, byte_count, static_cast<std::uint32_t>(from) + 1,
               static_cast<std::uint32_t>(to));
     }
@@ -104,17 +113,14 @@ inline void set_selections(Byte* bits, Offset byte_count,
 // A guess from the first few selections; only speed depends on it.
 inline Placing placing_of(std::span<const Selection> selections) {
   constexpr std::size_t kFew = 24;
-  if (selections.size() < kFew) return Placing::kUneven;
-  const Offset gap = Offset{selections[1].start} - selections[0].start;
+  if (selections.size() < kFew) return Placing::kClose;
   for (std::size_t i = 1; i < kFew; ++i) {
-    const Offset off =
-        Offset{selections[i].start} - selections[i - 1].start - gap;
-    if (off < -1 || off > 1 ||
-        selections[i].length() != selections[0].length()) {
-      return Placing::kUneven;
+    const Offset apart = Offset{selections[i].start} - selections[i - 1].start;
+    if (apart < 64 || selections[i].length() > Offset{kMostInEightBytes}) {
+      return Placing::kClose;
     }
   }
-  return Placing::kEven;
+  return Placing::kApart;
 }
 
 inline void set_selections(Byte* bits, Offset byte_count,
@@ -123,10 +129,10 @@ inline void set_selections(Byte* bits, Offset byte_count,
   constexpr std::size_t kAtOnce = 1024;
   while (!selections.empty()) {
     const auto some = selections.first(std::min(kAtOnce, selections.size()));
-    if (placing_of(some) == Placing::kEven) {
-      set_selections<Placing::kEven>(bits, byte_count, some, text_length);
+    if (placing_of(some) == Placing::kApart) {
+      set_selections<Placing::kApart>(bits, byte_count, some, text_length);
     } else {
-      set_selections<Placing::kUneven>(bits, byte_count, some, text_length);
+      set_selections<Placing::kClose>(bits, byte_count, some, text_length);
     }
     selections = selections.subspan(some.size());
   }
