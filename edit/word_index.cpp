@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
-#include <numeric>
 
 #include "search/comparison.h"
 #include "utf8/characters.h"
@@ -22,6 +21,9 @@ constexpr std::int32_t kNowhere = -1;  // the place in a free slot
 // Characters of a word by which most selections are ruled out. They fit one
 // unit of a key.
 constexpr Offset kMostBeginning = 4;
+
+// Characters for which a key has room.
+constexpr std::int32_t kMostUnits = 12;
 
 std::uint64_t extend_hash(std::uint64_t hash, std::int32_t character) {
   hash = (hash ^ static_cast<std::uint32_t>(character)) * 0xD6E8FEB86659FD93;
@@ -82,6 +84,26 @@ bool begins_with(const MaskedSelection& selection, const QuillWordEntry& word) {
       .equal;
 }
 
+// Four ASCII characters, mapped and packed into a unit, with no step waiting
+// for the one before. Sets bits beyond 0xFFFF in `all_bits` when they don't
+// fit.
+std::uint64_t pack_four(const Byte* text, const std::int32_t* ascii,
+                        std::uint32_t& all_bits) {
+  std::uint64_t units = 0;
+  for (std::size_t i = 0; i < 4; ++i) {
+    const auto bits = static_cast<std::uint32_t>(ascii[text[i] & 0x7F]);
+    units |= std::uint64_t{bits} << (i * 16);
+    all_bits |= bits;
+  }
+  return units;
+}
+
+// The part of a unit that holds its first `count` characters.
+std::uint64_t first_in_unit(Offset count) {
+  if (count <= 0) return 0;
+  return ~std::uint64_t{0} >> (64 - 16 * std::min<Offset>(count, 4));
+}
+
 bool are_equal(const QuillWordEntry& word, const QuillWordEntry& other) {
   return word.word_count == other.word_count &&
          std::equal(word.word, word.word + word.word_count, other.word);
@@ -111,13 +133,8 @@ class WordIndex::Beginning {
   bool add_four(const Byte* text, const std::int32_t* ascii) {
     const Byte any = text[0] | text[1] | text[2] | text[3];
     if (ascii == nullptr || any >= 0x80) return false;
-    std::uint64_t units = 0;
     std::uint32_t all_bits = 0;
-    for (std::size_t i = 0; i < 4; ++i) {
-      const auto bits = static_cast<std::uint32_t>(ascii[text[i]]);
-      units |= std::uint64_t{bits} << (i * 16);
-      all_bits |= bits;
-    }
+    const std::uint64_t units = pack_four(text, ascii, all_bits);
     if (all_bits > 0xFFFF) return false;
     units_[0] = units;
     length_ = 4;
@@ -135,8 +152,6 @@ class WordIndex::Beginning {
   }
 
  private:
-  static constexpr std::int32_t kMostUnits = 12;
-
   std::array<std::uint64_t, 3> units_{};
   std::uint64_t hash_ = 0;
   std::int32_t length_ = 0;
@@ -270,12 +285,12 @@ std::int32_t WordIndex::look_up(const MaskedSelection& selection) const {
 
 Offset WordIndex::sift(const Byte* text, Offset size,
                        std::span<const Selection> selections,
-                       const MaskTable& mask, std::int32_t* numbers) const {
+                       const MaskTable& mask, Sifted* sifted) const {
   const std::int32_t* const ascii = mask.ascii();
   const auto selection_count =
       static_cast<std::int32_t>(std::ssize(selections));
   if (ascii == nullptr || size < kMostBeginning) {
-    std::iota(numbers, numbers + selection_count, 0);
+    for (std::int32_t i = 0; i < selection_count; ++i) sifted[i] = {i, 0};
     return selection_count;
   }
   const auto length = static_cast<std::int32_t>(beginning_);
@@ -290,30 +305,54 @@ Offset WordIndex::sift(const Byte* text, Offset size,
     std::memcpy(bytes.data(), text + at, bytes.size());
     std::uint32_t together;
     std::memcpy(&together, bytes.data(), sizeof together);
-    std::uint64_t units = 0;
     std::uint32_t all_bits = 0;
-    for (std::size_t k = 0; k < bytes.size(); ++k) {
-      const auto bits = static_cast<std::uint32_t>(ascii[bytes[k] & 0x7F]);
-      units |= std::uint64_t{bits} << (16 * k);
-      all_bits |= bits;
-    }
+    const std::uint64_t units = pack_four(bytes.data(), ascii, all_bits);
     const unsigned endings =
-        endings_after(hash_units({units & in_units, 0, 0}, length));
+        endings_after(hash_units({units & in_units, 0, 0}, length)) &
+        up_to(selection.length());
     const bool is_odd = (together & in_bytes & 0x80808080) != 0 ||
                         all_bits > 0xFFFF || at != selection.start;
-    const bool may_match = is_odd || (endings & up_to(selection.length())) != 0;
-    numbers[count] = i;
+    const bool may_match = is_odd || endings != 0;
+    sifted[count] = {i, static_cast<Endings>(is_odd ? 0 : endings)};
     const bool is_long_enough = selection.length() >= length;
     count += static_cast<int>(may_match) & static_cast<int>(is_long_enough);
   }
   return count;
 }
 
+// Hands over the keys of the beginnings that may be words, where the text that
+// they are made of, `room` bytes at the most, is ASCII and fits a key. False,
+// with none handed over, where it isn't.
+template <class Use>
+bool WordIndex::each_plain_beginning(const Byte* text, Offset room,
+                                     const std::int32_t* ascii, Endings endings,
+                                     Use use) const {
+  const Offset longest = std::bit_width(endings) - 1;
+  if (longest < 0 || longest > kMostUnits || room < kMostUnits) return false;
+  std::array<std::uint64_t, 3> units{};
+  std::uint32_t all_bits = 0;
+  Byte all_bytes = 0;
+  for (Offset i = 0; i < longest; ++i) all_bytes |= text[i];
+  for (std::size_t unit = 0; unit < 3; ++unit) {
+    units[unit] = pack_four(text + 4 * unit, ascii, all_bits);
+  }
+  if (all_bytes >= 0x80 || all_bits > 0xFFFF) return false;
+  for (unsigned left = endings; left != 0; left &= left - 1) {
+    const auto length = std::countr_zero(left);
+    use(Slot{
+        {units[0] & first_in_unit(length), units[1] & first_in_unit(length - 4),
+         units[2] & first_in_unit(length - 8)},
+        length,
+        kNowhere});
+  }
+  return true;
+}
+
 void WordIndex::look_up_all(const Byte* text, Offset size,
                             std::span<const Selection> selections,
                             MaskTable& mask, std::int32_t* places) const {
-  std::array<std::int32_t, kAtOnce> numbers;
-  const Offset sifted = sift(text, size, selections, mask, numbers.data());
+  std::array<Sifted, kAtOnce> sifted;
+  const Offset sifted_count = sift(text, size, selections, mask, sifted.data());
   const auto selection_of = [&](std::int32_t number) -> MaskedSelection {
     const Selection& at = selections[static_cast<std::size_t>(number)];
     return {text, at.start, at.end, mask};
@@ -328,13 +367,24 @@ void WordIndex::look_up_all(const Byte* text, Offset size,
     }
     probe_count = 0;
   };
-  for (Offset i = 0; i < sifted; ++i) {
-    const std::int32_t number = numbers[static_cast<std::size_t>(i)];
-    each_beginning(selection_of(number), [&](const Beginning& beginning) {
-      if (probe_count == probes.size()) settle();
-      const std::uint64_t hash = beginning.hash();
-      __builtin_prefetch(&slots_[slot_of(hash)]);
-      probes[probe_count++] = {beginning.slot(kNowhere), hash, number};
+  const auto ask = [&](const Slot& wanted, std::uint64_t hash,
+                       std::int32_t number) {
+    if (probe_count == probes.size()) settle();
+    __builtin_prefetch(&slots_[slot_of(hash)]);
+    probes[probe_count++] = {wanted, hash, number};
+  };
+  const auto count = static_cast<std::size_t>(sifted_count);
+  for (const auto& [number, endings] : std::span(sifted).first(count)) {
+    const MaskedSelection selection = selection_of(number);
+    if (each_plain_beginning(
+            text + selection.start, size - selection.start, mask.ascii(),
+            endings, [&, number = number](const Slot& wanted) {
+              ask(wanted, hash_units(wanted.units, wanted.length), number);
+            })) {
+      continue;
+    }
+    each_beginning(selection, [&, number = number](const Beginning& beginning) {
+      ask(beginning.slot(kNowhere), beginning.hash(), number);
     });
   }
   settle();

@@ -79,6 +79,12 @@ class WordIndex {
   // more for the last bit.
   using Endings = std::uint16_t;
   static constexpr Offset kLongEnding = 15;
+  // A selection that can begin with a word.
+  struct Sifted {
+    std::int32_t number;
+    Endings endings;  // the lengths of such words; 0 where they aren't known
+  };
+
   // The lengths that a selection of `length` characters has room for.
   static unsigned up_to(Offset length) {
     return (2u << std::clamp<Offset>(length, 0, kLongEnding)) - 1;
@@ -91,12 +97,16 @@ class WordIndex {
   std::int32_t place_of(const Slot& wanted, std::uint64_t hash,
                         const MaskedSelection& selection) const;
 
-  // Writes the numbers of the selections that can begin with a word, in order,
-  // and returns how many. Goes without a branch: in text, which words are in a
+  // Writes those of the selections that can begin with a word, in order, and
+  // returns how many. Goes without a branch: in text, which words are in a
   // table can't be predicted.
   Offset sift(const Byte* text, Offset size,
               std::span<const Selection> selections, const MaskTable& mask,
-              std::int32_t* numbers) const;
+              Sifted* sifted) const;
+  template <class Use>
+  bool each_plain_beginning(const Byte* text, Offset room,
+                            const std::int32_t* ascii, Endings endings,
+                            Use use) const;
   void look_up_all(const Byte* text, Offset size,
                    std::span<const Selection> selections, MaskTable& mask,
                    std::int32_t* places) const;
