@@ -98,11 +98,14 @@ std::uint64_t pack_four(const Byte* text, const std::int32_t* ascii,
   return units;
 }
 
-// The part of a unit that holds its first `count` characters.
-std::uint64_t first_in_unit(Offset count) {
+// The first bytes of eight, none for a negative count.
+std::uint64_t first_bytes(Offset count) {
   if (count <= 0) return 0;
-  return ~std::uint64_t{0} >> (64 - 16 * std::min<Offset>(count, 4));
+  return ~std::uint64_t{0} >> (64 - 8 * std::min<Offset>(count, 8));
 }
+
+// The part of a unit that holds its first `count` characters.
+std::uint64_t first_in_unit(Offset count) { return first_bytes(count * 2); }
 
 bool are_equal(const QuillWordEntry& word, const QuillWordEntry& other) {
   return word.word_count == other.word_count &&
@@ -174,7 +177,8 @@ WordIndex::WordIndex(const QuillWordEntry* const* words,
   }
   beginning_ = std::min(shortest_, kMostBeginning);
   for (std::int32_t place = 0; place < empty_word_; ++place) {
-    if (place + kAhead < empty_word_) {
+    if (place + 2 * kAhead < empty_word_) {
+      __builtin_prefetch(words_[place + 2 * kAhead]);
       __builtin_prefetch(words_[place + kAhead]->word);
     }
     insert(place);
@@ -331,12 +335,17 @@ bool WordIndex::each_plain_beginning(const Byte* text, Offset room,
   if (longest < 0 || longest > kMostUnits || room < kMostUnits) return false;
   std::array<std::uint64_t, 3> units{};
   std::uint32_t all_bits = 0;
-  Byte all_bytes = 0;
-  for (Offset i = 0; i < longest; ++i) all_bytes |= text[i];
+  std::uint64_t bytes;
+  std::uint32_t more_bytes;
+  std::memcpy(&bytes, text, sizeof bytes);
+  std::memcpy(&more_bytes, text + sizeof bytes, sizeof more_bytes);
   for (std::size_t unit = 0; unit < 3; ++unit) {
     units[unit] = pack_four(text + 4 * unit, ascii, all_bits);
   }
-  if (all_bytes >= 0x80 || all_bits > 0xFFFF) return false;
+  const std::uint64_t not_ascii = ((bytes & first_bytes(longest)) |
+                                   (more_bytes & first_bytes(longest - 8))) &
+                                  0x8080808080808080;
+  if (not_ascii != 0 || all_bits > 0xFFFF) return false;
   for (unsigned left = endings; left != 0; left &= left - 1) {
     const auto length = std::countr_zero(left);
     use(Slot{
@@ -364,6 +373,7 @@ void WordIndex::look_up_all(const Byte* text, Offset size,
       std::int32_t& place = places[probe.number];
       place = std::min(place, place_of(probe.wanted, probe.hash,
                                        selection_of(probe.number)));
+      __builtin_prefetch(words_ + place);
     }
     probe_count = 0;
   };

@@ -110,6 +110,10 @@ class WordEdits {
   static bool is_kept(Offset) { return false; }
   Offset length(Offset k) const { return std::ssize(at(k).bytes); }
   void put(Offset k, Offset length, char* to, Room) const {
+    constexpr Offset kAhead = 16;
+    if (k + kAhead < count()) {
+      __builtin_prefetch(at(k + kAhead).bytes.data());
+    }
     move_bytes(to, at(k).bytes.data(), length);
   }
 
