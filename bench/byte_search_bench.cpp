@@ -17,16 +17,6 @@ void add_find_byte(const std::string& name, const Source& source, char byte) {
       });
 }
 
-QuillBlock find_all(Span text, std::string_view needle) {
-  QuillBlock list = nullptr;
-  std::int32_t longs = 0;
-  std::int32_t stop = 0;
-  FindStrAll(text.data, 0, text.end, needle.data(),
-             static_cast<std::int32_t>(needle.size()), 0, 0, 0, 0, &list,
-             &longs, &stop, 0, go_on);
-  return list;
-}
-
 std::int32_t find_first(Span text, std::string_view needle) {
   std::int32_t start = 0;
   std::int32_t end = 0;
@@ -47,13 +37,13 @@ void add_find(const Case& search) {
   add_scan(
       "FindStrAll/" + std::string(search.name), search.source,
       [=](Span text) {
-        const QuillBlock list = find_all(text, needle);
+        const QuillBlock list = find_bytes(text, needle);
         DisposeBlock(list);
         return list;
       },
       [=](Span text) {
         Held list;
-        list.block = find_all(text, needle);
+        list.block = find_bytes(text, needle);
         return list.longs();
       },
       [=](std::string_view bytes) { return matches(bytes, needle); });

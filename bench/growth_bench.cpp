@@ -18,14 +18,9 @@ const std::vector<std::size_t> kSmallerSizes = {4 * kMiB, 16 * kMiB, 64 * kMiB};
 const std::string kManyA(63, 'a');
 
 std::int64_t count_plain(Span text, std::string_view needle) {
-  QuillBlock list = nullptr;
-  std::int32_t longs = 0;
-  std::int32_t stop = 0;
-  FindStrAll(text.data, 0, text.end, needle.data(),
-             static_cast<std::int32_t>(needle.size()), 0, 0, 0, 0, &list,
-             &longs, &stop, 0, go_on);
-  DisposeBlock(list);
-  return longs / 2;
+  Held list;
+  list.block = find_bytes(text, needle);
+  return static_cast<std::int64_t>(list.bytes().size() / 8);
 }
 
 std::int64_t count_folded(Span text, const Longs& pattern) {

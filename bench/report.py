@@ -37,8 +37,12 @@ class Row:
         self.bytes_per_second = run.get("bytes_per_second")
         self.items_per_second = run.get("items_per_second")
 
+    def reads_all(self):
+        """No memory gives a thousand GB/s: such a call has ended early."""
+        return self.bytes_per_second and 0 < self.bytes_per_second < 1e12
+
     def is_long(self):
-        return self.size.endswith("_MiB") and self.bytes_per_second
+        return self.size.endswith("_MiB") and self.reads_all()
 
     def is_growth_by_bytes(self):
         return self.size.endswith("_MiB") and not self.items_per_second
@@ -53,7 +57,7 @@ class Row:
         return f"{selections:,}: {1e9 / self.items_per_second:.3g}"
 
     def rate(self):
-        if self.bytes_per_second and self.call > 0:
+        if self.reads_all():
             return f"{self.bytes_per_second / 1e9:.2f} GB/s"
         if self.items_per_second:
             return f"{1e9 / self.items_per_second:.3g} ns an item"

@@ -102,6 +102,17 @@ struct Span {
   std::int32_t end;
 };
 
+// All places of a byte string, as FindStrAll lists them.
+inline QuillBlock find_bytes(Span text, std::string_view needle) {
+  QuillBlock list = nullptr;
+  std::int32_t longs = 0;
+  std::int32_t stop = 0;
+  FindStrAll(text.data, 0, text.end, needle.data(),
+             static_cast<std::int32_t>(needle.size()), 0, 0, 0, 0, &list,
+             &longs, &stop, 0, go_on);
+  return list;
+}
+
 // Registers `work` on a short text and on a long one (or on the sizes given).
 // It is right when `answer` of the same text gives what `expected` does.
 // Work and Answer take a Span, Expected takes a string_view.
