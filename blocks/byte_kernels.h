@@ -35,6 +35,8 @@ extern const ByteKernels kPortableKernels;
 extern const ByteKernels kSse2Kernels;
 extern const ByteKernels kAvx2Kernels;
 extern const ByteKernels kAvx512Kernels;
+#elif defined(__aarch64__)
+extern const ByteKernels kNeonKernels;
 #endif
 
 // Every set that this machine can run, the portable one first and the one that

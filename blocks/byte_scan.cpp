@@ -29,7 +29,12 @@ std::span<const ByteKernels* const> find_available() {
 
 #else
 
-constexpr const ByteKernels* kKnown[] = {&kPortableKernels};
+constexpr const ByteKernels* kKnown[] = {
+    &kPortableKernels,
+#if defined(__aarch64__)
+    &kNeonKernels,
+#endif
+};
 
 std::span<const ByteKernels* const> find_available() { return kKnown; }
 

@@ -13,7 +13,7 @@ set -euo pipefail
 build=(g++ cmake ninja-build pkg-config libicu-dev libcli11-dev libgtest-dev)
 demo=(bible-kjv)
 check=(clang clang-tidy clang-format llvm libclang-rt-dev libbenchmark-dev
-       doxygen git binutils)
+       doxygen git binutils g++-aarch64-linux-gnu qemu-user)
 
 case "${1-}" in
   build) wanted=("${build[@]}") ;;
