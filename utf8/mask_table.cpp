@@ -1,5 +1,6 @@
 #include "utf8/mask_table.h"
 
+#include "blocks/byte_scan.h"
 #include "utf8/ascii_keys.h"
 
 namespace quill {
@@ -16,19 +17,16 @@ constexpr auto kAscii = [] {
 // Bytes of text below which bisecting beats filling the ASCII table.
 constexpr Offset kFewBytes = 8;
 
-// Looks at all neighbours without leaving early, for the sake of vectors.
-bool are_ascending(const std::int32_t* keys, std::int32_t count) {
-  unsigned descents = 0;
-  for (std::int32_t i = 1; i < count; ++i) {
-    descents |= static_cast<unsigned>(keys[i - 1] > keys[i]);
-  }
-  return descents == 0;
+// Whether the keys ascend, so that what stands beside the first of equal ones
+// is what they map to.
+bool are_ascending(const Mask& mask) {
+  return survey_pairs(mask.keys, mask.keys + mask.count, 0).ascends;
 }
 
 }  // namespace
 
 MaskTable::MaskTable(const Mask& mask, Offset byte_count)
-    : mask_(mask), patience_(mask.count / 16 + 16) {
+    : mask_(mask), patience_(mask.count / 128 + 4) {
   if (mask_.is_identity()) {
     ascii_ = kAscii;
     ascii_limit_ = 128;
@@ -55,29 +53,47 @@ void MaskTable::fill_ascii() {
 }
 
 // From the end as well; arrays that don't ascend give what the bisection
-// happens to find.
-void MaskTable::fill_longer() {
-  for (std::size_t i = 0; i < two_bytes_.size(); ++i) {
-    two_bytes_[i] =
-        static_cast<std::int32_t>(0x80C0 | i >> 6 | (i & 0x3F) << 8);
+// happens to find. Those that do have the keys of two bytes in one stretch.
+void MaskTable::fill_two_bytes() {
+  has_two_bytes_ = true;
+  two_bytes_ = {};
+  const bool ascending = are_ascending(mask_);
+  std::int32_t first = 0;
+  std::int32_t limit = mask_.count;
+  if (ascending) {
+    first = find_long(mask_.keys, mask_.count, 0x80C0).index;
+    limit = find_long(mask_.keys, mask_.count, 0x10000).index;
   }
+  for (std::int32_t i = limit; i-- > first;) {
+    const std::int32_t key = mask_.keys[i];
+    const auto bits = static_cast<std::uint32_t>(key);
+    if (!is_two_byte(bits)) continue;
+    const std::int32_t value = ascending ? mask_.values[i] : mask_.map(key);
+    two_bytes_[index_of(bits)] = key ^ value;
+  }
+}
+
+void MaskTable::fill_filter() {
+  has_filter_ = true;
   filter_ = {};
-  has_longer_ = true;
-  const bool ascending = are_ascending(mask_.keys, mask_.count);
-  const auto value_at = [&](std::int32_t i) {
-    return ascending ? mask_.values[i] : mask_.map(mask_.keys[i]);
-  };
-  for (std::int32_t i = mask_.count; i-- > 0;) {
-    const auto key = static_cast<std::uint32_t>(mask_.keys[i]);
-    const std::uint32_t index = index_of(key);
-    if (is_two_byte(key)) two_bytes_[index] = value_at(i);
-    if (is_filtered(key))
-      filter_[index >> 6] |= std::uint64_t{1} << (index & 63);
+  for (std::int32_t i = 0; i < mask_.count; ++i) {
+    const auto bits = static_cast<std::uint32_t>(mask_.keys[i]);
+    if (!is_filtered(bits)) continue;
+    const std::uint32_t index = index_of(bits);
+    filter_[index >> 6] |= std::uint64_t{1} << (index & 63);
   }
 }
 
 std::int32_t MaskTable::map_by_bisection(std::int32_t character) {
-  if (!mask_.is_identity() && patience_-- == 0) fill_longer();
+  const bool is_short = is_two_byte(static_cast<std::uint32_t>(character));
+  const bool is_prepared = is_short ? has_two_bytes_ : has_filter_;
+  if (!is_prepared && !mask_.is_identity() && patience_-- == 0) {
+    if (is_short) {
+      fill_two_bytes();
+    } else {
+      fill_filter();
+    }
+  }
   return mask_.map(character);
 }
 

@@ -2,9 +2,9 @@
 // made of, and the answer of Mask::map for every character.
 //
 // ASCII goes through a table. Once enough other characters have been looked
-// up to pay for it, two-byte characters get a table too, and for longer ones a
-// filter tells those whose first two bytes begin no key. What neither knows is
-// bisected.
+// up to pay for it, two-byte characters get a table too, or longer ones a
+// filter that tells those whose first two bytes begin no key. What neither
+// knows is bisected.
 //
 // The tables lie within the object (about 9 KB), so nothing is allocated and
 // nothing can be refused. They are filled from the keys alone: whatever is no
@@ -54,28 +54,31 @@ class MaskTable {
   }
 
   std::int32_t map_longer(std::int32_t character) {
-    if (!has_longer_) return map_by_bisection(character);
     const auto bits = static_cast<std::uint32_t>(character);
     const std::uint32_t index = index_of(bits);
-    if (is_two_byte(bits)) return two_bytes_[index];
-    if (is_filtered(bits) && (filter_[index >> 6] >> (index & 63) & 1) == 0) {
+    if (is_two_byte(bits)) {
+      if (has_two_bytes_) return character ^ two_bytes_[index];
+    } else if (has_filter_ && is_filtered(bits) &&
+               (filter_[index >> 6] >> (index & 63) & 1) == 0) {
       return character;
     }
-    return mask_.map(character);
+    return map_by_bisection(character);
   }
 
   std::int32_t map_by_bisection(std::int32_t character);
   void fill_ascii();
-  void fill_longer();
+  void fill_two_bytes();
+  void fill_filter();
 
   Mask mask_;
   std::uint32_t ascii_limit_ = 0;  // 128 once the ASCII table is filled
-  bool has_longer_ = false;
-  std::int32_t patience_;  // bisections until the larger tables pay
+  bool has_two_bytes_ = false;
+  bool has_filter_ = false;
+  std::int32_t patience_;  // bisections until a larger table pays
 
   // Undefined until filled.
   std::array<std::int32_t, 128> ascii_;
-  std::array<std::int32_t, 2048> two_bytes_;
+  std::array<std::int32_t, 2048> two_bytes_;  // the bits that change
   Filter filter_;
 };
 
