@@ -308,6 +308,15 @@ const std::int32_t* find_value_avx512(const std::int32_t* first,
                                       std::int32_t wanted) {
   constexpr Offset kLongs = kBlock / 4;
   const Vector value = _mm512_set1_epi32(wanted);
+  const auto equal = [&](Offset at) {
+    return _mm512_cmpeq_epi32_mask(_mm512_loadu_si512(first + at), value);
+  };
+  for (; last - first >= 4 * kLongs; first += 4 * kLongs) {
+    const Word a = equal(0) | Word{equal(kLongs)} << kLongs;
+    const Word b = equal(2 * kLongs) | Word{equal(3 * kLongs)} << kLongs;
+    const Word word = a | b << 2 * kLongs;
+    if (word != 0) return first + lowest_bit(word);
+  }
   for (; first < last; first += kLongs) {
     const Offset left = last - first;
     const auto part = static_cast<__mmask16>(low_bits(left < 16 ? left : 16));
@@ -519,6 +528,13 @@ Walk walk_characters_avx512(const Byte* first, const Byte* last, Offset most) {
     const Offset count = left < kBlock ? left : kBlock;
     const Word part = low_bits(count);
     const Vector bytes = LoadPart{part}(walk.next);
+    const Vector all = _mm512_or_si512(bytes, expected.before());
+    if (_mm512_movepi8_mask(all) == 0 && count <= most - walk.characters) {
+      walk.next += count;
+      walk.characters += count;
+      if (count < kBlock) return walk;
+      continue;
+    }
     const Word leads = _mm512_cmpgt_epi8_mask(bytes, fill(0xBF)) & part;
     const Word wrong = ~(expected.take(bytes) ^ leads) & part;
     Offset characters = count_bits(leads);
