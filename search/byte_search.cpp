@@ -6,6 +6,7 @@
 #include "search/byte_search.h"
 
 #include <algorithm>
+#include <span>
 
 #include "blocks/byte_scan.h"
 #include "blocks/long_list.h"
@@ -45,6 +46,14 @@ bool find_match(const TextRange& range, Offset& position,
   return false;
 }
 
+// The same with a searcher and a count of its own.
+[[gnu::noinline]] bool find_from(Offset& position, const TextRange& range,
+                                 std::span<const Byte> needle,
+                                 YieldMeter meter) {
+  ByteSearcher searcher(needle.data(), std::ssize(needle));
+  return find_match(range, position, searcher, meter);
+}
+
 // Returns where the scan stopped: `end` when the whole range was scanned. A
 // match that the list has no room for is not passed.
 Offset list_matches(const TextRange& range, ByteSearcher& searcher,
@@ -57,6 +66,20 @@ Offset list_matches(const TextRange& range, ByteSearcher& searcher,
     position = match_end;
   }
   return position;
+}
+
+// Whether a scan of the range may come to ask the host, each offset a unit.
+bool is_host_due(Offset start, Offset end) {
+  return YieldMeter(0, nullptr).units_left() <= end - start;
+}
+
+// Apart, so that a scan in which the host is not due keeps nothing for it.
+[[gnu::noinline]] std::int32_t find_byte_asking(const Byte* text, Offset start,
+                                                Offset end, Byte wanted,
+                                                std::int32_t reference,
+                                                QuillYield yield) {
+  YieldMeter meter(reference, yield);
+  return to_long(scan_for_byte({text, start, end}, wanted, meter));
 }
 
 }  // namespace
@@ -90,10 +113,21 @@ std::int32_t FindStr(const char* text, std::int32_t start, std::int32_t end,
   if (!are_searchable(text, start, end, pattern, pattern_length)) return 0;
   *found_start = 0;
   *found_end = end;
-  ByteSearcher searcher(as_bytes(pattern), pattern_length);
-  YieldMeter meter(reference, yield);
+  const TextRange range{as_bytes(text), start, end};
+  const std::span needle(as_bytes(pattern),
+                         static_cast<std::size_t>(pattern_length));
   Offset position = start;
-  if (!find_match({as_bytes(text), start, end}, position, searcher, meter)) {
+  bool found = false;
+  if (!is_host_due(start, end)) {
+    const ShortLook look =
+        look_shortly(needle, range.text + start, range.text + end);
+    position = look.reached - range.text;
+    found = look.found;
+  }
+  if (!found && position < end) {
+    found = find_from(position, range, needle, {reference, yield});
+  }
+  if (!found) {
     *found_end = to_long(position);
     return 0;
   }
@@ -132,14 +166,13 @@ std::int32_t FindStrAll(const char* text, std::int32_t start, std::int32_t end,
 
 std::int32_t FindByte(char* text, std::int32_t start, std::int32_t end,
                       char byte, std::int32_t reference, QuillYield yield) {
-  // A scan that hits before the host is due makes no meter that outlives it.
   if (start >= end) return -1;
   const auto wanted = static_cast<Byte>(byte);
-  const Offset stretch = YieldMeter(reference, yield).stretch_end(start, end);
-  const Byte* const last = as_bytes(text) + stretch;
+  if (is_host_due(start, end)) {
+    return find_byte_asking(as_bytes(text), start, end, wanted, reference,
+                            yield);
+  }
+  const Byte* const last = as_bytes(text) + end;
   const Byte* const found = find_byte(as_bytes(text) + start, last, wanted);
-  if (found != last) return to_long(found - as_bytes(text));
-  YieldMeter meter(reference, yield);
-  return to_long(
-      scan_on_for_byte({as_bytes(text), start, end}, stretch, wanted, meter));
+  return found == last ? -1 : to_long(found - as_bytes(text));
 }

@@ -146,6 +146,23 @@ ByteSearcher::Filter::Filter(const Byte* needle, Offset length,
   candidates.use({anchors, static_cast<std::size_t>(count)});
 }
 
+ShortLook look_shortly(std::span<const Byte> needle, const Byte* first,
+                       const Byte* end) {
+  constexpr int kFewCandidates = 8;
+  const Offset length = std::ssize(needle);
+  const Byte* const last = end - length + 1;
+  if (last - first >= kShortRange) return {first, false};
+  for (int tried = 0; tried < kFewCandidates; ++tried) {
+    first = find_pair(first, last, needle.front(), needle.back(), length - 1);
+    if (first == last) return {end, false};
+    if (common_prefix(needle.data(), first, length) == length) {
+      return {first, true};
+    }
+    ++first;
+  }
+  return {first, false};
+}
+
 bool ByteSearcher::occurs_at(const Byte* position) {
   const Offset common = common_prefix(needle_, position, length_);
   if (common == length_) return true;

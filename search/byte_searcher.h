@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <span>
 
 #include "blocks/base.h"
 #include "blocks/byte_scan.h"
@@ -16,6 +17,15 @@
 #include "search/two_way.h"
 
 namespace quill {
+
+// A search of a short range before any searcher is made, which would cost more:
+// it goes over a few candidates at most, and over nothing in a longer range.
+struct ShortLook {
+  const Byte* reached;  // the first occurrence, or else none lies before it
+  bool found;
+};
+ShortLook look_shortly(std::span<const Byte> needle, const Byte* first,
+                       const Byte* end);
 
 class ByteSearcher {
  public:

@@ -67,6 +67,22 @@ TEST(ByteSearch, FollowsItsRules) {
   }
 }
 
+// A range in which the host is due at the last offset, or just not, and more
+// near misses than are looked at before anything is counted.
+TEST(ByteSearch, AsksAtTheLastOffset) {
+  std::string text;
+  for (int i = 0; i < 12; ++i) text += "ayb";
+  for (const std::string end : {"ayc", "axb"}) {
+    for (const auto operation : {ByteSearch::kFind, ByteSearch::kFindByte}) {
+      const ByteSearch call = {
+          .operation = operation, .text = text + end, .pattern = "axb"};
+      for (const std::int32_t due : {33, 36, 38, 39, 40}) {
+        EXPECT_EQ(first_difference(call, {due}), "");
+      }
+    }
+  }
+}
+
 // Every needle over two letters in texts that nearly repeat it, asked for in
 // stretches as the host's questions make them.
 TEST(LinearSearch, FindsWhatThereIs) {
