@@ -288,8 +288,8 @@ std::int32_t WordIndex::look_up(const MaskedSelection& selection) const {
 }
 
 Offset WordIndex::sift(const Byte* text, Offset size,
-                       std::span<const Selection> selections,
-                       const MaskTable& mask, Sifted* sifted) const {
+                       std::span<const Selection> selections, MaskTable& mask,
+                       Sifted* sifted) const {
   const std::int32_t* const ascii = mask.ascii();
   const auto selection_count =
       static_cast<std::int32_t>(std::ssize(selections));

@@ -101,7 +101,7 @@ class WordIndex {
   // returns how many. Goes without a branch: in text, which words are in a
   // table can't be predicted.
   Offset sift(const Byte* text, Offset size,
-              std::span<const Selection> selections, const MaskTable& mask,
+              std::span<const Selection> selections, MaskTable& mask,
               Sifted* sifted) const;
   template <class Use>
   bool each_plain_beginning(const Byte* text, Offset room,

@@ -108,8 +108,8 @@ TEST(MaskedTexts, MapCommonCharactersToAnything) {
   }
 }
 
-// Keys in no order, and equal ones: what is prepared for the ASCII characters
-// finds what the bisection finds.
+// Keys in no order, equal ones, and some without a gap: what is prepared for
+// the ASCII characters finds what the bisection finds.
 TEST(MaskedTexts, BisectForAsciiInAnyOrder) {
   const Longs arrays[] = {
       {std::numeric_limits<std::int32_t>::max(), 0, 50, 60, 70},
@@ -117,6 +117,10 @@ TEST(MaskedTexts, BisectForAsciiInAnyOrder) {
       {'c', 'b', 'b', 'a', 'd'},
       {-5, 'a', 'c', 'b', 0xA9C3},
       {'a', 0xA9C3, 'c', -5, 'd'},
+      {-5, 'a', 'b', 'c', 0xA9C3},
+      {125, 126, 127, 128, 129},
+      {-3, -2, -1, 0, 1},
+      {-5, -4, 0xA9C3, 0xAAC3, 0xABC3},
   };
   MaskCall call;
   for (std::int32_t letter = 0; letter < 128; ++letter) {

@@ -23,23 +23,46 @@ bool are_ascending(const Mask& mask) {
   return survey_pairs(mask.keys, mask.keys + mask.count, 0).ascends;
 }
 
+// Whether all keys of ASCII follow each other without a gap. What lies between
+// the ends of an array in disorder may be anything.
+bool follow_each_other(const AsciiKeys& place, const std::int32_t* keys) {
+  std::int32_t expected = keys[place.first];
+  for (Offset i = place.first; i < place.limit; ++i, ++expected) {
+    if (keys[i] != expected || expected < 0 || expected >= 128) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 MaskTable::MaskTable(const Mask& mask, Offset byte_count)
     : mask_(mask), patience_(mask.count / 128 + 4) {
   if (mask_.is_identity()) {
-    ascii_ = kAscii;
-    ascii_limit_ = 128;
-  } else if (byte_count >= kFewBytes) {
-    fill_ascii();
+    values_ = kAscii.data();
+    count_ = 128;
+  } else {
+    prepare_ascii(byte_count);
   }
 }
 
-// From the end, so that of equal keys the first is written last.
-void MaskTable::fill_ascii() {
-  ascii_ = kAscii;
-  ascii_limit_ = 128;
+// The table is filled from the end, so that of equal keys the first is written
+// last.
+void MaskTable::prepare_ascii(Offset byte_count) {
   const AsciiKeys place(mask_);
+  if (byte_count < kManyBytes && place.first < mask_.count &&
+      follow_each_other(place, mask_.keys)) {
+    values_ = mask_.values + place.first;
+    first_ = static_cast<std::uint32_t>(mask_.keys[place.first]);
+    count_ = static_cast<std::uint32_t>(place.limit - place.first);
+    ascii_limit_ = 128;
+    return;
+  }
+  if (byte_count < kFewBytes) return;
+  ascii_ = kAscii;
+  values_ = ascii_.data();
+  first_ = 0;
+  count_ = 128;
+  ascii_limit_ = 0;
   if (!place.are_ascending(mask_)) {
     for (std::size_t i = 0; i < ascii_.size(); ++i) {
       ascii_[i] = mask_.map(static_cast<std::int32_t>(i));

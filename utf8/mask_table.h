@@ -1,10 +1,11 @@
 // A mask prepared once per call: one load for the characters that texts are
 // made of, and the answer of Mask::map for every character.
 //
-// ASCII goes through a table. Once enough other characters have been looked
-// up to pay for it, two-byte characters get a table too, or longer ones a
-// filter that tells those whose first two bytes begin no key. What neither
-// knows is bisected.
+// ASCII goes through a table; for a short text the mask's own values are used
+// as one where its ASCII keys follow each other, as letters do. Once enough
+// other characters have been looked up to pay for it, two-byte characters get a
+// table too, or longer ones a filter that tells those whose first two bytes
+// begin no key. What neither knows is bisected.
 //
 // The tables lie within the object (about 9 KB), so nothing is allocated and
 // nothing can be refused. They are filled from the keys alone: whatever is no
@@ -23,22 +24,29 @@ class MaskTable {
   // `byte_count`: about how much text will be mapped; a few characters are
   // not worth a table.
   MaskTable(const Mask& mask, Offset byte_count);
+  MaskTable(const MaskTable&) = delete;
+  MaskTable& operator=(const MaskTable&) = delete;
 
   std::int32_t map(std::int32_t character) {
     const auto bits = static_cast<std::uint32_t>(character);
-    if (bits < ascii_limit_) return ascii_[bits];
-    return map_longer(character);
+    if (bits - first_ < count_) return values_[bits - first_];
+    return bits < ascii_limit_ ? character : map_longer(character);
   }
 
   const Mask& mask() const { return mask_; }
 
-  // What the 128 ASCII characters map to, or null when there is no table.
-  const std::int32_t* ascii() const {
-    return ascii_limit_ == 0 ? nullptr : ascii_.data();
+  // What the 128 ASCII characters map to, or null when too little is mapped.
+  // Valid for as long as the table.
+  const std::int32_t* ascii() {
+    if (ascii_limit_ != 0) prepare_ascii(kManyBytes);
+    return values_;
   }
 
  private:
   using Filter = std::array<std::uint64_t, 32>;
+
+  // Bytes of text from which on the table is filled whatever the keys.
+  static constexpr Offset kManyBytes = 1024;
 
   // The well-formed two-byte characters, as an index below 2048.
   static bool is_two_byte(std::uint32_t bits) {
@@ -66,12 +74,20 @@ class MaskTable {
   }
 
   std::int32_t map_by_bisection(std::int32_t character);
-  void fill_ascii();
+  void prepare_ascii(Offset byte_count);
   void fill_two_bytes();
   void fill_filter();
 
   Mask mask_;
-  std::uint32_t ascii_limit_ = 0;  // 128 once the ASCII table is filled
+
+  // What the characters from `first_` on map to, all of them in ASCII. Others
+  // below the limit map to themselves: it is 128, or 0 where there are none or
+  // nothing is known.
+  const std::int32_t* values_ = nullptr;
+  std::uint32_t first_ = 0;
+  std::uint32_t count_ = 0;
+  std::uint32_t ascii_limit_ = 0;
+
   bool has_two_bytes_ = false;
   bool has_filter_ = false;
   std::int32_t patience_;  // bisections until a larger table pays
