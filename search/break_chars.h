@@ -34,6 +34,7 @@ struct BreakSet {
 // there is no memory for that, the set is searched on.
 class IndexedBreaks {
  public:
+  // The set outlives this.
   explicit IndexedBreaks(const BreakSet& set)
       : set_(set), patience_(Offset{4} * std::max(set.count, 0) + 128) {}
 
@@ -49,7 +50,7 @@ class IndexedBreaks {
   void index();
   bool contains_longer(std::int32_t mapped) const;
 
-  BreakSet set_;
+  const BreakSet& set_;
   Offset patience_;  // members that may still be looked at one by one
   bool indexed_ = false;
   std::uint64_t ascii_[2] = {};

@@ -28,22 +28,19 @@ class Marks {
 
   // The first mark in [from, limit), else `limit`; both lie in the window.
   Offset next(Offset from, Offset limit) const {
-    Offset bit = from - start_;
-    std::uint64_t word = word_at(bit) & ~std::uint64_t{0} << (bit % 64);
-    bit -= bit % 64;
+    const auto bit = static_cast<std::size_t>(from - start_);
+    std::size_t index = bit / 64;
+    std::uint64_t word = words_[index] & ~std::uint64_t{0} << (bit % 64);
+    Offset first = from - static_cast<Offset>(bit % 64);
     while (word == 0) {
-      bit += 64;
-      if (start_ + bit >= limit) return limit;
-      word = word_at(bit);
+      first += 64;
+      if (first >= limit) return limit;
+      word = words_[++index];
     }
-    return std::min(start_ + bit + std::countr_zero(word), limit);
+    return std::min(first + std::countr_zero(word), limit);
   }
 
  private:
-  std::uint64_t word_at(Offset bit) const {
-    return words_[static_cast<std::size_t>(bit / 64)];
-  }
-
   Offset start_ = 0;
   Offset end_ = 0;
   std::array<std::uint64_t, kWords> words_;

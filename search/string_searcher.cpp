@@ -1,6 +1,7 @@
 #include "search/string_searcher.h"
 
 #include <algorithm>
+#include <bit>
 
 namespace quill {
 namespace {
@@ -9,6 +10,19 @@ namespace {
 // much goes by before the filter is prepared.
 constexpr Offset kWorthFilter = 32'000;
 constexpr Offset kPatience = 2'000;
+
+// Places tried in vain before what the second character begins with is looked
+// up in a mask.
+constexpr int kFewTries = 8;
+
+// Bytes to go then, of which it may save enough.
+constexpr Offset kWorthSecond = 128;
+
+constexpr auto kContinuations = [] {
+  ByteSet set;
+  set.add_range(0x80, 0xBF);
+  return set;
+}();
 
 // Stands for every mask that maps nothing.
 struct NoMask {
@@ -26,28 +40,66 @@ StringSearcher::StringSearcher(const StringQuery& query)
                       query.pattern.is_fixed(0)),
       patience_(query.end - query.start < kWorthFilter ? kMaxLong : kPatience) {
   if (query.is_valid_from(query.start) && query.pattern.is_fixed(0)) {
-    note_first_leads();
+    note_first();
+    if (query.mask.is_identity()) note_second();
   }
 }
 
-// The bytes that a character can begin with which maps to the first element,
-// and perhaps more: looking a key up costs as much as trying one in the text.
-void StringSearcher::note_first_leads() {
+// The bytes that a character can begin with which maps to an element, and
+// perhaps more: looking a key up costs as much as trying one in the text.
+// Returns how long those characters are, a bit for each length.
+unsigned StringSearcher::add_leads(Offset index, ByteSet& leads) const {
+  const std::int32_t element = query_.pattern.elements[index];
+  unsigned lengths = 0;
+  const auto add = [&](std::int32_t key) {
+    const Byte lead = byte_of(key, 0);
+    leads.add(lead);
+    lengths |= 1U << length_from_lead(lead);
+  };
+  add(element);
+  visit_keys(element, query_.mask, add);
+  return lengths;
+}
+
+void StringSearcher::note_first() {
+  first_lengths_ = add_leads(0, first_leads_);
   knows_first_ = true;
-  const std::int32_t element = query_.pattern.elements[0];
-  first_leads_.add(byte_of(element, 0));
-  visit_keys(element, query_.mask,
-             [this](std::int32_t key) { first_leads_.add(byte_of(key, 0)); });
+}
+
+// The second character's place is known where the first has but one length.
+void StringSearcher::note_second() {
+  const bool is_one = (first_lengths_ & (first_lengths_ - 1)) == 0;
+  if (!knows_first_ || !is_one || second_at_ != 0 || query_.pattern.count < 2 ||
+      !query_.pattern.is_fixed(1)) {
+    return;
+  }
+  second_at_ = std::countr_zero(first_lengths_);
+  second_leads_ = kContinuations;
+  add_leads(1, second_leads_);
+  marks_.clear();
 }
 
 // Marked by windows, since in a short text one call more counts.
-Offset StringSearcher::next_first_lead(Offset from, Offset limit) {
+[[gnu::noinline]] void StringSearcher::mark_window(Offset from) {
+  const Byte* const text = query_.text;
+  const Offset end = std::min(from + marks_.kRoom, query_.end);
+  std::uint64_t* const words = marks_.open(from, end);
+  mark_members(text + from, text + end, first_leads_, words);
+  if (second_at_ == 0) return;
+  std::uint64_t seconds[decltype(marks_)::kRoom / 64] = {};
+  const Offset second = from + second_at_;
+  const Offset last = std::min(end + second_at_, query_.end);
+  if (second < last) {
+    mark_members(text + second, text + last, second_leads_, seconds);
+  }
+  for (Offset i = 0; i < (end - from + 63) / 64; ++i) {
+    if (words[i] != 0) words[i] &= seconds[i];
+  }
+}
+
+Offset StringSearcher::next_beginning(Offset from, Offset limit) {
   while (from < limit) {
-    if (!marks_.covers(from)) {
-      const Offset end = std::min(from + marks_.kRoom, query_.end);
-      mark_members(query_.text + from, query_.text + end, first_leads_,
-                   marks_.open(from, end));
-    }
+    if (!marks_.covers(from)) mark_window(from);
     const Offset stop = std::min(limit, marks_.end());
     const Offset found = marks_.next(from, stop);
     if (found < stop) return found;
@@ -87,7 +139,7 @@ bool StringSearcher::is_word(const Match& match) {
 }
 
 // Prepares the filter once patience has run out.
-bool StringSearcher::filters_now() {
+inline bool StringSearcher::filters_now() {
   if (filter_ || patience_ > 0) return filter_.has_value();
   prepare_filter();
   return true;
@@ -110,14 +162,14 @@ void StringSearcher::prepare_filter() {
   filter_->decide(&sides);
 }
 
-Offset StringSearcher::next_candidate(Offset from, Offset limit) {
+inline Offset StringSearcher::next_candidate(Offset from, Offset limit) {
   while (!filters_now()) {
     if (!knows_first_) {
       --patience_;
       return from;
     }
     const Offset stop = std::min(limit, from + patience_);
-    const Offset found = next_first_lead(from, stop);
+    const Offset found = next_beginning(from, stop);
     patience_ -= std::min(found + 1, stop) - from;
     if (found < stop || stop == limit) return found;
     from = stop;
@@ -139,6 +191,10 @@ bool StringSearcher::next_match(Offset from, Offset limit, Match& match) {
     if (from < limit && !is_continuation(query_.text[from]) &&
         matches_at(from, match)) {
       return true;
+    }
+    if (tried_ < kFewTries && ++tried_ == kFewTries &&
+        limit - from > kWorthSecond) {
+      note_second();
     }
     ++from;
   }

@@ -66,8 +66,11 @@ class StringSearcher {
   bool is_word(const Match& match);
   Offset next_candidate(Offset from, Offset limit);
   Offset previous_candidate(Offset from, Offset limit);
-  void note_first_leads();
-  Offset next_first_lead(Offset from, Offset limit);
+  void note_first();
+  void note_second();
+  unsigned add_leads(Offset index, ByteSet& leads) const;
+  void mark_window(Offset from);
+  Offset next_beginning(Offset from, Offset limit);
   bool filters_now();
   void prepare_filter();
 
@@ -78,10 +81,16 @@ class StringSearcher {
   IndexedBreaks breaks_;
   bool has_first_byte_;
 
-  // Short searches try the bytes that the first character can begin with. Once
-  // that has gone on for a while, a filter pays.
+  // Short searches try the bytes that the first character can begin with, with
+  // one behind it that the second can begin with, or a stray: known at once
+  // without a mask, looked up after a few tries with one. Once that has gone on
+  // for a while, a filter pays.
   bool knows_first_ = false;
   ByteSet first_leads_;
+  unsigned first_lengths_ = 0;  // a bit for each
+  int tried_ = 0;
+  Offset second_at_ = 0;  // from the first's lead; 0: it isn't looked at
+  ByteSet second_leads_;
   Marks<4> marks_;
   Offset patience_;
   std::optional<StringFilter> filter_;

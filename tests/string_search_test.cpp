@@ -123,6 +123,44 @@ TEST(StringSearch, FollowsItsRules) {
   }
 }
 
+// After a few tries what the second character begins with is looked at, too:
+// also behind a long first one, behind strays, and cut off by the end.
+TEST(StringSearch, LooksAtTheSecondCharacter) {
+  const struct {
+    const char* pattern;
+    const char* miss;  // repeated
+    const char* rest;
+  } cases[] = {
+      {"ab", "ac",
+       "Ab a\x80\x80"
+       "B a"},
+      {"\xC3\xA9"
+       "b",
+       "\xC3\xA9"
+       "c",
+       "\xC3\xA9\x80"
+       "b\xC3\xA9"},
+      {"a\xC3\xA9", "a",
+       "a\xC3\xA9"
+       "a\xC3"},
+      {"ea", "ee",
+       "\xC3\xA9"
+       "a ea"},
+  };
+  for (const auto& c : cases) {
+    for (const int misses : {1, 7, 8, 200, 400}) {
+      StringSearch call = {.pattern = spell(c.pattern)};
+      for (int i = 0; i < misses; ++i) call.text += c.miss;
+      call.text += c.rest;
+      call.end = length_of(call.text);
+      EXPECT_EQ(first_difference(call), "");
+      call.mask = {{'A', 'B', 0xA9C3}, {'a', 'b', 'e'}};
+      call.mask_count = call.mask.count();
+      EXPECT_EQ(first_difference(call), "");
+    }
+  }
+}
+
 // Where only strays precede a match, the edge of the text is offset 0, which a
 // forward search passes over and a backward search tries.
 TEST(StringSearch, BackwardsTriesContinuationBytesAtTheStart) {
