@@ -1,13 +1,9 @@
 #include "pattern/character_class.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace quill {
-
-bool CharacterClass::is_preparable(const QuillRangePart& part) {
-  const std::int32_t count = std::max(part.character_count, 0);
-  return std::is_sorted(part.characters, part.characters + count);
-}
 
 CharacterClass::CharacterClass(const QuillRangePart& part, Offset range_length)
     : includes_(part.include != 0) {
@@ -16,12 +12,14 @@ CharacterClass::CharacterClass(const QuillRangePart& part, Offset range_length)
   std::uint64_t low = 0;
   std::uint64_t high = 0;
   bool has_wide = false;
+  std::int32_t before = std::numeric_limits<std::int32_t>::min();
   for (std::int32_t i = 0; i < part.character_count; ++i) {
     const std::int32_t member = part.characters[i];
+    ascends_ = ascends_ && before <= member;
+    before = member;
     if (member >= 0 && member < 0x80) {
       const std::uint64_t bit = std::uint64_t{1} << (member & 63);
       (member < 64 ? low : high) |= bit;
-      listed_ascii_.add(static_cast<Byte>(member));
       accepted_bytes_.add(static_cast<Byte>(member));
     } else if (byte_of(member, 0) >= 0xC0) {
       has_wide = true;  // what begins with other bytes is never read
@@ -31,7 +29,7 @@ CharacterClass::CharacterClass(const QuillRangePart& part, Offset range_length)
   if (!includes_) accepted_bytes_.invert();
   ascii_[0] = includes_ ? low : ~low;
   ascii_[1] = includes_ ? high : ~high;
-  if (has_wide) wide_.emplace(part, range_length);
+  if (has_wide && ascends_) wide_.emplace(part, range_length);
 }
 
 ByteSet CharacterClass::first_bytes() const {
@@ -48,7 +46,9 @@ void CharacterClass::cover(const Byte* first, const Byte* last, bool ascii,
   }
   const Offset length = last - first;
   if (lists_ascii_) {
-    mark_members(first, last, listed_ascii_, words);
+    ByteSet listed = accepted_bytes_;
+    if (!includes_) listed.invert();
+    mark_members(first, last, listed, words);
   } else {
     std::fill_n(words, (length + 63) / 64, 0);
   }

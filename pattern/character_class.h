@@ -17,13 +17,13 @@ namespace quill {
 
 class CharacterClass {
  public:
-  // Reads the part's set, which is in order, for use on a range of that many
-  // bytes. The part outlives the class.
+  // Reads the part's set for use on a range of that many bytes. The part
+  // outlives the class.
   CharacterClass(const QuillRangePart& part, Offset range_length);
 
-  // Whether a set can be prepared: only in one that ascends does bisection
+  // False: the class is of no use. Only in a set that ascends does bisection
   // find every member.
-  static bool is_preparable(const QuillRangePart& part);
+  bool is_prepared() const { return ascends_; }
 
   bool accepts_ascii(Byte byte) const {
     return (ascii_[byte >> 6] >> (byte & 63) & 1) != 0;
@@ -52,8 +52,8 @@ class CharacterClass {
   }
 
   bool includes_;
+  bool ascends_ = true;
   std::uint64_t ascii_[2] = {};
-  ByteSet listed_ascii_;
   bool lists_ascii_ = false;
   // Accepted bytes of ASCII text, and of any text whose long characters are all
   // accepted or all not.

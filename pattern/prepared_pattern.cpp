@@ -30,10 +30,8 @@ bool PreparedPattern::prepare(Offset range_length) {
   // A member costs about as much as a byte of text does by bisection.
   if (members > range_length) return false;
   for (std::int32_t i = 0; i < pattern_.part_count; ++i) {
-    if (!CharacterClass::is_preparable(pattern_.part(i))) return false;
-  }
-  for (std::int32_t i = 0; i < pattern_.part_count; ++i) {
-    parts_[static_cast<std::size_t>(i)].emplace(pattern_.part(i), range_length);
+    parts_.emplace_back(pattern_.part(i), range_length);
+    if (!parts_[i].accepted.is_prepared()) return false;
     if (starters_ == 0 && minimum_of(i) > 0) starters_ = i + 1;
   }
   note_demands();
@@ -83,7 +81,7 @@ void PreparedPattern::take_ascii(const Part& part, Run& run, Offset end) const {
 
 PreparedPattern::Run PreparedPattern::run_of(int part, Offset position,
                                              Offset end) {
-  Part& prepared = *parts_[static_cast<std::size_t>(part)];
+  Part& prepared = parts_[part];
   Run run{position, 0, true};
   if (jump_known(prepared, run, end)) return run;
   take_ascii(prepared, run, end);

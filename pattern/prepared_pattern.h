@@ -34,7 +34,7 @@ class PreparedPattern {
   bool has_starters() const { return starters_ > 0; }
   int starters() const { return starters_; }
   const CharacterClass& accepted_by(int part) const {
-    return parts_[static_cast<std::size_t>(part)]->accepted;
+    return parts_[part].accepted;
   }
 
   // What every match has in some places, counted in characters from its start:
@@ -69,15 +69,11 @@ class PreparedPattern {
   Run run_of(int part, Offset position, Offset end);
 
   bool allows(int part, Offset count) const {
-    const Part& prepared = *parts_[static_cast<std::size_t>(part)];
+    const Part& prepared = parts_[part];
     return prepared.minimum <= count && count <= prepared.limit;
   }
-  Offset minimum_of(int part) const {
-    return parts_[static_cast<std::size_t>(part)]->minimum;
-  }
-  Offset limit_of(int part) const {
-    return parts_[static_cast<std::size_t>(part)]->limit;
-  }
+  Offset minimum_of(int part) const { return parts_[part].minimum; }
+  Offset limit_of(int part) const { return parts_[part].limit; }
 
   // Where the parts from `part` on end, or -1.
   Offset match_rest(int part, Offset position, Offset end);
@@ -122,7 +118,7 @@ class PreparedPattern {
   Demand settled_{0, 0};
 
   static constexpr int kMostParts = 8;
-  std::array<Slot<Part>, kMostParts> parts_;
+  Slots<Part, kMostParts> parts_;
 };
 
 }  // namespace quill
