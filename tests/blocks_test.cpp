@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "blocks/long_list.h"
 #include "blocks/memory_manager.h"
 #include "tests/support/heap_watch.h"
 
@@ -84,52 +83,6 @@ TEST(ActiveBlocks, AreGoneOnceGrowthWasRefused) {
   char* contents = LockBlock(block);
   std::int32_t capacity = 3;
   EXPECT_EQ(ResizeActiveBlock(&block, &capacity, &contents, 1000), 0);
-  EXPECT_EQ(heap.outstanding(), 0);
-}
-
-// Lists on the stack, in their first Block and past its first growths.
-TEST(LongLists, HandOverWhatWasAppended) {
-  for (const int pairs : {0, 1, 128, 129, 500'000, 500'001, 2'000'001}) {
-    LongList list;
-    ASSERT_TRUE(list.start());
-    for (int i = 0; i < pairs; ++i) ASSERT_TRUE(list.append(i, i + 1));
-    HeldBlock held;
-    held.block = list.hand_over();
-    const Longs longs = held.longs();
-    ASSERT_EQ(longs.size(), static_cast<std::size_t>(pairs) * 2);
-    for (int i = 0; i < pairs; ++i) {
-      ASSERT_EQ(longs[static_cast<std::size_t>(i) * 2], i);
-      ASSERT_EQ(longs[static_cast<std::size_t>(i) * 2 + 1], i + 1);
-    }
-  }
-}
-
-TEST(LongLists, KeepWhatFittedWhenGrowthIsRefused) {
-  const HeapWatch heap(2, true);  // the record and the first full-sized Block
-  {
-    LongList list;
-    ASSERT_TRUE(list.start());
-    int appended = 0;
-    while (list.append(appended, appended)) ++appended;
-    EXPECT_EQ(appended, 500'000);
-    EXPECT_FALSE(list.failed_to_start());
-    QuillBlock block = list.hand_over();
-    EXPECT_EQ(GetBlockSize(block), 4'000'000);
-    DisposeBlock(block);
-  }
-  EXPECT_EQ(heap.outstanding(), 0);
-}
-
-TEST(LongLists, FailWhenTheFirstFullBlockIsRefused) {
-  const HeapWatch heap(1, true);
-  {
-    LongList list;
-    ASSERT_TRUE(list.start());
-    while (list.append(1, 2)) {
-    }
-    EXPECT_TRUE(list.failed_to_start());
-    EXPECT_EQ(list.hand_over(), nullptr);
-  }
   EXPECT_EQ(heap.outstanding(), 0);
 }
 

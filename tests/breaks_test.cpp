@@ -1,50 +1,14 @@
 // Breaks: widening a selection, and the two break lists.
 #include <gtest/gtest.h>
 
-#include "tests/checks/breaks_check.h"
+#include "tests/checks/calls.h"
 #include "tests/support/expect.h"
-#include "tests/support/random_inputs.h"
 
 namespace quill::test {
 namespace {
 
 TEST(Breaks, AgreeWithNaiveTwinsOnRandomCalls) {
   for_random_inputs(1, 30'000, check_breaks);
-}
-
-TEST(Breaks, StopAtEachQuestion) {
-  const BreakCall call = {.text = "ab c\xC3\xA9 d\nefgh i \xF0\x9F\x98\x80 jk",
-                          .unit = 4,
-                          .backward = {{' '}, 0},
-                          .forward = {{' '}, 2},
-                          .selection_start = 13,
-                          .selection_end = 9};
-  expect_same_at_any_stop(
-      call, {BreakCall::kWiden, BreakCall::kEveryFew, BreakCall::kAtSpaces});
-}
-
-TEST(FindBreaks, FollowsItsRules) {
-  struct Case {
-    const char* what;
-    const char* text;
-    unsigned char flag;  // 1: over spaces
-    std::int32_t start, end;
-    std::int32_t result;
-    Longs want;  // start, end, whether both stopped at a character
-  };
-  const Case cases[] = {
-      {"to the word", "ab cde f", 0, 5, 5, 1, {3, 6, 1}},
-      {"over a class", "a   b", 1, 2, 3, 1, {1, 4, 1}},
-      {"a start found stays", "a bc\xC3", 0, 3, 3, 0, {2, 3, 0}},
-  };
-  for (const Case& c : cases) {
-    const BreakCall call = {.text = c.text,
-                            .backward = {{' '}, c.flag},
-                            .forward = {{' '}, c.flag},
-                            .selection_start = c.start,
-                            .selection_end = c.end};
-    expect_answer(c.what, call, {.result = c.result, .outs = c.want});
-  }
 }
 
 // Where a host keeps both ends in one variable, the forward search begins

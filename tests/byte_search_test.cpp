@@ -2,9 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "search/two_way.h"
-#include "tests/checks/byte_search_check.h"
+#include "tests/checks/calls.h"
 #include "tests/support/expect.h"
-#include "tests/support/random_inputs.h"
 
 namespace quill::test {
 namespace {
@@ -13,53 +12,28 @@ TEST(ByteSearch, AgreesWithNaiveTwinOnRandomCalls) {
   for_random_inputs(11, 20'000, check_byte_search);
 }
 
-TEST(ByteSearch, StopsAtEachQuestion) {
-  const ByteSearch call = {.text = std::string(60, 'x') + "needleneedle" +
-                                   std::string(70, 'y') + "needle",
-                           .pattern = "needle",
-                           .replacement = "THREAD"};
-  expect_same_at_any_stop(call, {ByteSearch::kFind, ByteSearch::kFindAll,
-                                 ByteSearch::kFindByte, ByteSearch::kSwap});
-}
-
 TEST(ByteSearch, FollowsItsRules) {
-  struct Case {
+  const struct {
     const char* why;
-    ByteSearch call;
+    const char* text;
+    std::int32_t start, end;
+    const char* pattern;
+    const char* replacement;
     Longs found;
-    std::string swapped;
+    const char* swapped;
+  } cases[] = {
+      {"never overlapping", "aaaaa", 0, 5, "aa", "ab", {0, 2, 2, 4}, "ababa"},
+      {"cut by the end", "abcabc", 0, 5, "bc", "XY", {1, 3}, "aXYabc"},
+      {"behind a partial one", "ccd", 0, 3, "cd", "dz", {1, 3}, "cdz"},
+      {"the range alone", "ababab", 1, 5, "ab", "a-", {2, 4}, "aba-ab"},
   };
-  const Case cases[] = {
-      {"matches don't overlap",
-       {.text = "aaaaa", .pattern = "aa", .replacement = "ab"},
-       {0, 2, 2, 4},
-       "ababa"},
-      {"cut by the end",
-       {.text = "abcabc", .end = 5, .pattern = "bc", .replacement = "XY"},
-       {1, 3},
-       "aXYabc"},
-      {"a partial match hides none",
-       {.text = "\xC3\xC3\xA9", .pattern = "\xC3\xA9", .replacement = "\xA9z"},
-       {1, 3},
-       "\xC3\xA9z"},
-      {"the range alone",
-       {.text = "ababab",
-        .start = 1,
-        .end = 5,
-        .pattern = "ab",
-        .replacement = "a-"},
-       {2, 4},
-       "aba-ab"},
-  };
-  for (const Case& c : cases) {
-    ByteSearch call = c.call;
-    call.operation = ByteSearch::kFindAll;
+  for (const auto& c : cases) {
+    ByteSearch call = {ByteSearch::kFindAll, c.text, c.start, c.end, c.pattern,
+                       c.replacement};
     expect_answer(c.why, call,
                   {.result = 1,
-                   .outs = {length_of(c.found), call.end},
+                   .outs = {length_of(c.found), c.end},
                    .list = unlocked(bytes_in(c.found))});
-    call.operation = ByteSearch::kFind;
-    expect_answer(c.why, call, {.result = 1, .outs = {c.found[0], c.found[1]}});
     call.operation = ByteSearch::kSwap;
     for (const Side side : {Side::kLibrary, Side::kNaive}) {
       EXPECT_EQ(outcome_of(call, side).buffer, c.swapped) << c.why;
@@ -151,25 +125,11 @@ TEST(ByteSearch, IsLinearOnPeriodicTexts) {
   }
 }
 
-// With the first request refused there is no list; with a later one refused the
-// list keeps what it has room for.
 TEST(FindStrAll, ReportsShortMemory) {
   const ByteSearch call = {.operation = ByteSearch::kFindAll,
                            .text = std::string(1'200'000, 'a'),
                            .pattern = "a"};
-  with_each_request_refused([&](const HeapWatch& heap) {
-    const Outcome o = outcome_of(call, Side::kLibrary, {0});
-    EXPECT_EQ(std::ssize(o.list.bytes), o.outs[0] * 4);
-    if (o.result == 0) {
-      EXPECT_EQ(o.list.kind, BlockState::Kind::kNull);
-      EXPECT_EQ(o.outs[1], 1'200'000);
-    } else if (heap.failed()) {
-      EXPECT_GE(o.outs[0], 1'000'000);
-      EXPECT_EQ(o.outs[1], o.outs[0] / 2) << "what it holds is what is passed";
-    } else {
-      EXPECT_EQ(o.outs[0], 2'400'000);
-    }
-  });
+  expect_what_fits(call, 2, 0);
 }
 
 }  // namespace

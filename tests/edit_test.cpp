@@ -3,10 +3,9 @@
 
 #include <numeric>
 
-#include "tests/checks/edit_check.h"
+#include "tests/checks/calls.h"
 #include "tests/support/alphabet.h"
 #include "tests/support/expect.h"
-#include "tests/support/random_inputs.h"
 
 namespace quill::test {
 namespace {
@@ -21,7 +20,7 @@ TEST(InsertStr, KeepsItsRules) {
     const char* text;
     Longs list;
     const char* string;
-    std::vector<unsigned char> flags;
+    Flags flags;
     std::int32_t result;
     const char* edited;
     Longs places;
@@ -101,7 +100,7 @@ TEST(Edits, LeaveAllAsItWasWhenMemoryIsShort) {
       many_edits(EditCall::kWrap, 100), many_edits(EditCall::kInsert, 100),
       many_edits(EditCall::kMultiple, 100), many_edits(EditCall::kInsert, 100),
       many_edits(EditCall::kOverlay, 100)};
-  calls[3].flags = calls[4].flags = std::vector<unsigned char>(100, 0);
+  calls[3].flags = calls[4].flags = Flags(100, 0);
   for (EditCall& call : calls) {
     SCOPED_TRACE(call.operation);
     call.is_locked = false;
@@ -152,29 +151,8 @@ TEST(Overlay, MakesRoomForWhatItWrites) {
         .text = std::string(50'000, 'r'),
         .list = {10, 20, 49'000, 49'001},
         .characters = Longs(size, packed("\xF0\x9F\x98\x80")),
-        .flags = std::vector<unsigned char>(size, 1)};
+        .flags = Flags(size, 1)};
     ASSERT_EQ(first_difference(call), "");
-  }
-}
-
-// Runs and strings of every length around what is moved without a call, moved
-// by every small distance, both ways.
-TEST(Edits, MoveRunsOfEveryLength) {
-  std::string bytes(2000, '\0');
-  std::iota(bytes.begin(), bytes.end(), '\0');
-  EditCall call = {.text = bytes.substr(0, 1000)};
-  for (int run_length = 0; run_length <= 140; ++run_length) {
-    for (const int selected : {0, 1, 3, 17, 40}) {
-      call.list.clear();
-      for (int at = 5; at + selected < 1000; at += run_length + selected + 1) {
-        call.list.insert(call.list.end(), {at, at + selected});
-      }
-      for (const std::size_t length :
-           {0U, 1U, 2U, 4U, 8U, 15U, 16U, 17U, 33U, 64U, 70U}) {
-        call.string = bytes.substr(1000, length);
-        ASSERT_EQ(first_difference(call), "");
-      }
-    }
   }
 }
 

@@ -3,9 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "blocks/byte_kernels.h"
+#include "tests/support/expect.h"
 #include "tests/support/guarded_text.h"
-#include "tests/support/random_inputs.h"
-#include "tests/support/show.h"
 
 namespace quill::test {
 namespace {

@@ -5,43 +5,15 @@
 #include <functional>
 #include <numeric>
 
-#include "tests/models/naive.h"
-#include "tests/support/random_inputs.h"
-#include "tests/support/show.h"
+#include "tests/support/expect.h"
 
 namespace quill::test {
 namespace {
 
-TEST(BinarySearchLongs, TellsThePlace) {
-  const Longs repeated = {2, 4, 4, 4, 9};
-  const struct {
-    const char* why;
-    Longs array;
-    std::int32_t key, found, index;
-  } cases[] = {
-      {"the first of equal ones", repeated, 4, 1, 1},
-      {"between", repeated, 5, 0, 4},
-      {"above all", repeated, 10, 0, 5},
-      {"signed", {-7, 65}, -8, 0, 0},
-      {"in none", {}, 7, 0, 0},
-      {"out of order, on the way", {9, 1, 5, 3, 2}, 5, 1, 2},
-      {"out of order, missed", {9, 1, 5, 3, 2}, 9, 0, 5},
-  };
-  for (const auto& c : cases) {
-    for (auto* const search : {BinarySearchLongs, naive::BinarySearchLongs}) {
-      std::int32_t index = -88;
-      EXPECT_EQ(search(c.array.data(), length_of(c.array), c.key, &index),
-                c.found)
-          << c.why;
-      EXPECT_EQ(index, c.index) << c.why;
-    }
-  }
-}
-
 // The very steps of the bisection, also where the array isn't ascending.
-TEST(BinarySearchLongs, AgreesWithItsSteps) {
+TEST(BinarySearchLongs, AgreesWithNaiveTwin) {
   for_random_inputs(41, 20'000, [](Input& in) -> std::string {
-    Longs array(static_cast<std::size_t>(in.between(1, 40)));
+    Longs array(static_cast<std::size_t>(in.between(0, 40)));
     for (std::int32_t& each : array) each = in.between(-9, 9);
     if (!in.one_in(4)) std::sort(array.begin(), array.end());
     const int key = in.between(-10, 10);

@@ -5,10 +5,9 @@
 #include <limits>
 #include <numeric>
 
-#include "tests/checks/masks_check.h"
+#include "tests/checks/calls.h"
 #include "tests/support/alphabet.h"
 #include "tests/support/expect.h"
-#include "tests/support/random_inputs.h"
 
 namespace quill::test {
 namespace {
@@ -17,36 +16,10 @@ TEST(Masks, AgreeWithNaiveTwinsOnRandomCalls) {
   for_random_inputs(4, 20'000, check_masks);
 }
 
-TEST(Masks, StopAtEachQuestion) {
-  const MaskCall call = {.text = "ab \xC3\xA9 abba \xE2\x82\xAC ba",
-                         .mask = {{'a', 'b'}, {'A', 0xA9C3}},
-                         .longs = {0, 3, 5, 11, 13, 17}};
-  expect_same_at_any_stop(call,
-                          {MaskCall::kRewrite, MaskCall::kRewriteSelections});
-}
-
-TEST(Masks, MapOneCharacter) {
-  const Mask ordered = {{0x41, 0x41, 0x42}, {1, 2, 3}};
-  const Mask unordered = {{0x42, 0x41, 0x41}, {1, 2, 3}};
-  struct Case {
-    const char* what;
-    const Mask& mask;
-    std::int32_t count;
-    std::int32_t character;
-    Longs want;  // bisected, in array order, in the list, in and out of the set
-  };
-  const Case cases[] = {
-      {"the first of equal keys", ordered, 3, 0x41, {1, 1, 1, 1, 0}},
-      {"bisection misses it", unordered, 3, 0x42, {0x42, 1, 1}},
-      {"fewer keys than none", ordered, -1, 0x41, {0x41, 0x41, 0, 0, 1}},
-  };
-  for (const Case& c : cases) {
-    const MaskCall call = {
-        .mask = c.mask, .mask_count = c.count, .longs = {c.character}};
-    expect_answer(c.what, call, {.outs = c.want});
-  }
-  EXPECT_EQ(utf8_MaskChar(0x41, ordered.key_data(), nullptr, 3, 1), 0x41);
-  EXPECT_EQ(utf8_MaskChar(0x41, nullptr, ordered.value_data(), 3, 0), 0x41);
+TEST(Masks, MapNothingWithoutKeysOrValues) {
+  const Longs longs = {0x41, 0x42, 0x43};
+  EXPECT_EQ(utf8_MaskChar(0x41, longs.data(), nullptr, 3, 1), 0x41);
+  EXPECT_EQ(utf8_MaskChar(0x41, nullptr, longs.data(), 3, 0), 0x41);
 }
 
 TEST(Masks, RewriteByTheirRules) {

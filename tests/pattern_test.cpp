@@ -1,72 +1,15 @@
 // Range patterns: one part, one pattern, and every search for them.
 #include <gtest/gtest.h>
 
-#include "tests/checks/pattern_check.h"
+#include "tests/checks/calls.h"
 #include "tests/support/alphabet.h"
 #include "tests/support/expect.h"
-#include "tests/support/random_inputs.h"
 
 namespace quill::test {
 namespace {
 
 TEST(Patterns, AgreeWithNaiveTwinsOnRandomCalls) {
   for_random_inputs(31, 40'000, check_pattern);
-}
-
-TEST(RangeParts, TakeARunAsLongAsTheyMay) {
-  const struct {
-    const char* why;
-    const char* set;
-    std::int32_t minimum, maximum;
-    unsigned char include;
-    const char* text;
-    std::int32_t position, result, next;
-  } cases[] = {
-      {"at most the maximum", "xyz", 1, 2, 1, "xyzzy", 0, 1, 2},
-      {"not the one that fails", "xyz", 1, 0, 1, "xya", 0, 1, 2},
-      {"too few: next is written", "xyz", 3, 0, 1, "xya", 0, 0, 2},
-      {"none where none is needed", "xyz", 0, 0, 1, "ax", 0, 1, 0},
-      {"a maximum below 0 fails", "xyz", -9, -2, 1, "xy", 0, 0, 0},
-      {"all but an empty set", "", 1, 3, 0, "xyzz", 0, 1, 3},
-      {"any include byte but 0 includes", "x", 1, 0, 255, "xxy", 0, 1, 2},
-      {"a cut character fails it", "x", 1, 0, 1, "xx\xE2\x82", 0, 0, -81},
-      {"unless it stops before", "x", 1, 2, 1, "xx\xE2\x82", 0, 1, 2},
-      {"strays are skipped", "x", 1, 0, 1, "x\x80\x80xy", 0, 1, 4},
-      {"strays before what fails stay", "x", 1, 0, 1, "x\x80y", 0, 1, 1},
-      {"negative", "\xF0\x9F\x98\x80", 1, 0, 1, "\xF0\x9F\x98\x80x", 0, 1, 4},
-      {"before the text", "x", 0, 0, 1, "xx", -1, 0, -81},
-  };
-  for (const auto& c : cases) {
-    const PatternCall call = {
-        .operation = PatternCall::kComparePart,
-        .text = c.text,
-        .from = c.position,
-        .parts = {{set_of(c.set), c.minimum, c.maximum, c.include}}};
-    expect_answer(c.why, call, {.result = c.result, .outs = {c.next}});
-  }
-}
-
-// A sum of two numbers, each of digits 1 to 3.
-TEST(RangePatterns, MatchPartAfterPart) {
-  const RangePart digits = {set_of("123")};
-  const struct {
-    const char* why;
-    const char* text;
-    std::int32_t position, result, next;
-  } cases[] = {
-      {"all parts", "12+321 ", 0, 1, 6},
-      {"go on past two bytes", "\xC3\xA9z1", 0, 0, 2},
-      {"go on past strays and a character", "\x80\x80z1", 0, 0, 3},
-      {"go on to the end", "1\xE2\x82", 1, 0, 3},
-      {"before the text", "1", -4, 0, 1},
-  };
-  for (const auto& c : cases) {
-    const PatternCall call = {.operation = PatternCall::kCompare,
-                              .text = c.text,
-                              .from = c.position,
-                              .parts = {digits, {{'+'}, 1, 1}, digits}};
-    expect_answer(c.why, call, {.result = c.result, .outs = {c.next}});
-  }
 }
 
 TEST(PatternSearch, FindsWhatTheTableSays) {
@@ -239,32 +182,13 @@ TEST(PatternSearch, StaysLinearOnOpenRuns) {
   }
 }
 
-// With the first requests refused there is no list. With a later one refused
-// the list keeps what it has room for, and the match that didn't fit ends the
-// search.
 TEST(PatternLists, ReportShortMemory) {
   const RangeParts parts = {{{'a'}, 1, 1}};
   PatternCall call = {
       .text = std::string(600'000, 'a'), .parts = parts, .key = parts};
-  for (const auto operation : {PatternCall::kFindAll, PatternCall::kFindKeys}) {
-    call.operation = operation;
-    const int longs_a_match = operation == PatternCall::kFindAll ? 2 : 4;
-    int cut_short = 0;
-    with_each_request_refused([&](const HeapWatch& heap) {
-      const Outcome o = outcome_of(call, Side::kLibrary, {0});
-      EXPECT_EQ(std::ssize(o.list.bytes), o.outs[0] * 4);
-      if (o.result == 0) {
-        EXPECT_EQ(o.list.kind, BlockState::Kind::kNull);
-        EXPECT_EQ(o.outs[1], 600'000);
-      } else if (o.outs[0] < 600'000 * longs_a_match) {
-        ++cut_short;
-        EXPECT_TRUE(heap.failed());
-        EXPECT_EQ(o.outs[0] % 1'000'000, 0);
-        EXPECT_EQ(o.outs[1], o.outs[0] / longs_a_match + 1);
-      }
-    });
-    EXPECT_GT(cut_short, 0);
-  }
+  expect_what_fits(call, 2, 1);
+  call.operation = PatternCall::kFindKeys;
+  expect_what_fits(call, 4, 1);
 }
 
 TEST(SortPattern, ReportsShortMemory) {

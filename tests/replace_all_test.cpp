@@ -1,9 +1,8 @@
 // The three replace-alls.
 #include <gtest/gtest.h>
 
-#include "tests/checks/replace_all_check.h"
+#include "tests/checks/calls.h"
 #include "tests/support/expect.h"
-#include "tests/support/random_inputs.h"
 
 namespace quill::test {
 namespace {

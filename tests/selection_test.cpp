@@ -5,10 +5,9 @@
 #include <numeric>
 
 #include "blocks/byte_kernels.h"
-#include "tests/checks/selection_check.h"
+#include "tests/checks/calls.h"
 #include "tests/support/expect.h"
 #include "tests/support/guarded_text.h"
-#include "tests/support/random_inputs.h"
 
 namespace quill::test {
 namespace {
@@ -164,41 +163,30 @@ TEST(SelectionSets, KeepTheirRules) {
 // refused once, the run that did not fit is missing, and where it is refused
 // for good, all that follow.
 TEST(MapToSelection, FailsOrDropsWithoutMemory) {
-  const int length = 2'400'000;
-  const std::string many(static_cast<std::size_t>(length + 9) / 8, '\x22');
-  std::string few(many.size(), '\0');
-  few[0] = '\2';
+  const SelectionCall call = {.operation = SelectionCall::kFromMap,
+                              .size = 2'400'000,
+                              .map = std::string(300'001, '\x22')};
+  const std::string all = outcome_of(call).text.bytes;
   int gaps = 0;
   int cut = 0;
-  for (const std::string& map : {few, many}) {
-    HeldBlock all;
-    std::int32_t all_count = 0;
-    MapToSelection(map.data(), length, &all.block, &all_count);
-    Longs lacks_one = longs_in(all.bytes());
-    if (lacks_one.size() > 1'000'000) {
-      const auto unfitting = lacks_one.begin() + 1'000'000;
-      lacks_one.erase(unfitting, unfitting + 2);
+  with_each_request_refused([&](const HeapWatch& heap) {
+    const Outcome o = outcome_of(call);
+    const std::string& runs = o.text.bytes;
+    if (o.result == 0) {
+      EXPECT_TRUE(heap.failed());
+      EXPECT_EQ(o.text, BlockState{});
+      EXPECT_EQ(o.outs, Outcome().outs);
+      return;
     }
-    with_each_request_refused([&](const HeapWatch& heap) {
-      HeldBlock list(untouched());
-      std::int32_t count = -88;
-      if (MapToSelection(map.data(), length, &list.block, &count) == 0) {
-        EXPECT_TRUE(heap.failed());
-        EXPECT_EQ(list.block, untouched());
-        EXPECT_EQ(count, -88);
-        return;
-      }
-      const std::string bytes = list.bytes();
-      if (count == all_count - 2) {
-        EXPECT_TRUE(longs_in(bytes) == lacks_one);
-        ++gaps;
-        return;
-      }
-      EXPECT_TRUE(bytes == all.bytes().substr(0, bytes.size()));
-      EXPECT_TRUE(count == all_count || count == 1'000'000);
-      cut += count == all_count ? 0 : 1;
-    });
-  }
+    EXPECT_EQ(std::ssize(runs), o.outs[0] * 4);
+    if (runs.size() == all.size() - 8) {
+      EXPECT_TRUE(runs == all.substr(0, 4'000'000) + all.substr(4'000'008));
+      ++gaps;
+    } else if (runs != all) {
+      EXPECT_TRUE(runs == all.substr(0, 4'000'000));
+      ++cut;
+    }
+  });
   EXPECT_EQ(gaps, 1);
   EXPECT_GT(cut, 0);
 }
@@ -283,100 +271,6 @@ TEST(InvertSelections, WorkThroughLongLists) {
       }
     }
   }
-}
-
-// By a sort of the standard library, on texts whose order is that of their
-// bytes.
-TEST(SortSelections, SortWellFormedTexts) {
-  for_random_inputs(65, 20, [](Input& in) -> std::string {
-    SelectionCall call;
-    Longs starts;
-    for (int i = 0; i < 2000; ++i) {
-      starts.push_back(static_cast<std::int32_t>(call.text.size()));
-      call.text += in.well_formed(1);
-    }
-    std::vector<std::string_view> wanted;
-    for (std::size_t i = 0; i + 9 < starts.size(); i += 3) {
-      const std::size_t last = i + static_cast<std::size_t>(in.between(0, 9));
-      call.list.insert(call.list.end(), {starts[i], starts[last]});
-      wanted.push_back(std::string_view(call.text).substr(
-          static_cast<std::size_t>(starts[i]),
-          static_cast<std::size_t>(starts[last] - starts[i])));
-    }
-    std::stable_sort(wanted.begin(), wanted.end());
-    const Longs got = observe(run_of(call), Side::kLibrary, {}).outs;
-    for (std::size_t i = 0; i < wanted.size(); ++i) {
-      const auto start = static_cast<std::size_t>(got[2 * i]);
-      const auto end = static_cast<std::size_t>(got[2 * i + 1]);
-      if (call.text.substr(start, end - start) != wanted[i]) return call.show();
-    }
-    return {};
-  });
-}
-
-// Large maps are read many words at a time, whatever their runs' lengths are
-// and wherever they end.
-TEST(MapToSelection, ListsTheRunsOfLargeMaps) {
-  for_random_inputs(71, 2000, [](Input& in) -> std::string {
-    const int length = in.between(1, 5000);
-    const int longest = in.pick({1, 2, 5, 20, 150, 3000});
-    std::vector<char> map(static_cast<std::size_t>(length + 9) / 8);
-    Longs runs;
-    // Beyond the bits that belong to the map all are set.
-    const int bits = static_cast<int>(map.size()) * 8;
-    bool is_set = in.between(0, 1) != 0;
-    for (int at = 0; at < length + 2; is_set = !is_set) {
-      const int end = std::min(at + in.between(1, longest), length + 2);
-      if (is_set) runs.insert(runs.end(), {at - 1, end - 1});
-      for (int bit = at; is_set && bit < end; ++bit) BitSet(map.data(), bit);
-      at = end;
-    }
-    for (int bit = length + 2; bit < bits; ++bit) BitSet(map.data(), bit);
-    for (const ByteKernels* kernels : available_kernels()) {
-      force_kernels(kernels);
-      HeldBlock list;
-      std::int32_t count = 0;
-      MapToSelection(map.data(), length, &list.block, &count);
-      const bool same = list.longs() == runs;
-      force_kernels(nullptr);
-      if (!same) return kernels->name + (" " + show(runs));
-    }
-    return "";
-  });
-}
-
-// What ordering, mapping and inverting keep: the set of bytes that a list
-// covers, or its complement.
-std::vector<bool> covered_by(const Longs& list, int text_length) {
-  std::vector<bool> bytes(static_cast<std::size_t>(text_length));
-  for (std::size_t i = 0; i + 1 < list.size(); i += 2) {
-    for (int at = std::max(list[i], 0); at < std::min(list[i + 1], text_length);
-         ++at) {
-      bytes[static_cast<std::size_t>(at)] = true;
-    }
-  }
-  return bytes;
-}
-
-TEST(SelectionSets, KeepTheBytesThatTheyCover) {
-  for_random_inputs(67, 2000, [](Input& in) -> std::string {
-    const int length = in.between(1, 300);
-    const Longs list = in.selections(static_cast<std::size_t>(length), 40);
-    std::vector<bool> bytes = covered_by(list, length);
-    HeldBlock held(list);
-    std::string map(static_cast<std::size_t>(length + 9) / 8, '\0');
-    HeldBlock from_map;
-    std::int32_t count = 0;
-    SelectionToMap(map.data(), length, held.block);
-    MapToSelection(map.data(), length, &from_map.block, &count);
-    OrderSelections(&held.block, length);
-    if (held.longs() != from_map.longs()) return "map " + show(list);
-    if (covered_by(held.longs(), length) != bytes) return "order " + show(list);
-    InvertSelections(&held.block, 0, length);
-    bytes.flip();
-    return covered_by(held.longs(), length) == bytes ? ""
-                                                     : "invert " + show(list);
-  });
 }
 
 }  // namespace

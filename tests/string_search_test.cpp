@@ -1,92 +1,15 @@
 // Comparing characters, testing break characters, and searching for strings.
 #include <gtest/gtest.h>
 
-#include "tests/checks/string_search_check.h"
+#include "tests/checks/calls.h"
 #include "tests/support/alphabet.h"
 #include "tests/support/expect.h"
-#include "tests/support/random_inputs.h"
 
 namespace quill::test {
 namespace {
 
 TEST(StringSearch, AgreesWithNaiveTwinOnRandomCalls) {
   for_random_inputs(20, 20'000, check_string_search);
-}
-
-TEST(StringSearch, StopsAtEachQuestion) {
-  StringSearch call = {.text = "a cat \xC3\xA9 and Cats \x80 the cat",
-                       .pattern = spell("cat"),
-                       .breaks = Longs{0x20},
-                       .nth = 3};
-  for (const bool masked : {false, true}) {  // the two ways of searching
-    if (masked) call.mask = {{'C'}, {'c'}};
-    call.mask_count = call.mask.count();
-    expect_same_at_any_stop(
-        call,
-        {StringSearch::kFind, StringSearch::kFindPrevious,
-         StringSearch::kFindNth, StringSearch::kCount, StringSearch::kFindAll});
-  }
-}
-
-TEST(CompareCharacters, FollowTheirRules) {
-  const char* const hel = "h\xC3\xA9l";
-  struct Case {
-    const char* what;
-    const char* text;
-    std::int32_t position;
-    const char* pattern;
-    std::optional<Flags> flags;
-    std::int32_t want;
-    std::int32_t next;  // -81: untouched
-  };
-  const Case cases[] = {
-      {"from inside a character", hel, 2, "\xC3\xA9l", {}, 0, 4},
-      {"any flag but 1 is open", hel, 0, "??l", Flags{2, 255, 1}, 1, 4},
-      {"a stray is skipped", "h\x80l", 0, "hl", {}, 1, 3},
-      {"a cut character", "a\xE2\x82", 0, "a?", Flags{1, 0}, 0, 3},
-      {"an empty pattern anywhere", hel, 99, "", {}, 1, -81},
-      {"before the text", hel, -1, "h", {}, 0, 4},
-      {"what follows does not matter", hel, 0, "h", {}, 1, 1},
-  };
-  for (const Case& c : cases) {
-    const StringSearch call = {.operation = StringSearch::kCompareSelection,
-                               .text = c.text,
-                               .pattern = spell(c.pattern),
-                               .flags = c.flags,
-                               .start = c.position};
-    expect_answer(c.what, call, {.result = c.want, .outs = {c.next}});
-  }
-}
-
-TEST(BreakChars, FollowTheirRules) {
-  struct Case {
-    const char* what;
-    const char* text;
-    std::int32_t end, match_start, match_end, break_count;
-    unsigned char edge;
-    Longs sides;
-  };
-  const Case cases[] = {
-      {"start of the text", "a b", 3, 0, 1, 1, 1, {1, 1}},
-      {"the edge byte is copied", "a b", 3, 0, 1, 1, 7, {7, 1}},
-      {"end of the range, text goes on", "a b", 1, 0, 1, 1, 0, {0, 0}},
-      {"start of a later range", "a b", 3, 2, 3, 1, 0, {1, 0}},
-      {"nothing but strays before", "\x80\x80 ", 3, 2, 2, 1, 1, {0, 1}},
-      {"a cut character after", " \xE2\x82", 3, 1, 1, 1, 1, {1, 0}},
-      {"before the text", " ", 1, -1, -1, 1, 1, {0, 0}},
-      {"beyond the text", " ", 1, 2, 2, 1, 1, {0, 0}},
-  };
-  for (const Case& c : cases) {
-    StringSearch call = {.operation = StringSearch::kTestBreaks,
-                         .text = c.text,
-                         .breaks = Longs{0x20},
-                         .edge = c.edge,
-                         .start = c.match_start,
-                         .end = c.end,
-                         .match_end = c.match_end};
-    call.break_count = c.break_count;
-    expect_answer(c.what, call, {.outs = c.sides});
-  }
 }
 
 TEST(StringSearch, FollowsItsRules) {
@@ -175,15 +98,6 @@ TEST(StringSearch, BackwardsTriesContinuationBytesAtTheStart) {
   expect_answer("forward", call, {.result = 0});
 }
 
-// The host finds a match already written, or 0 and the range's end.
-TEST(StringSearch, WritesAMatchBeforeTheHostIsAsked) {
-  const StringSearch call = {
-      .operation = StringSearch::kFind, .text = "xxa", .pattern = spell("a")};
-  const Outcome o = outcome_of(call, Side::kLibrary, {1});
-  EXPECT_EQ(o.outs_when_asked,
-            (Longs{0, 3, -83, -84, 0, 3, -83, -84, 2, 3, -83, -84}));
-}
-
 // In texts where the first character is frequent, so that order is proved or
 // strays are sought before anchors behind it are trusted.
 TEST(StringSearch, FindsTornMatchesInLongTexts) {
@@ -195,24 +109,18 @@ TEST(StringSearch, FindsTornMatchesInLongTexts) {
     Mask mask = {};
   };
   const Case cases[] = {
-      {"one byte a character", "a\xC3\xA9", "abz", "ab\x80z"},
-      {"two", "\xD0\x96\xD1\x8F", "\xD0\x96\xD0\xA9",
-       "\xD0\x96\x80\x80\xD0\xA9"},
-      {"three", "\xE3\x81\x82\xE3\x81\x84", "\xE3\x81\x82\xE3\x82\xA1",
-       "\xE3\x81\x82\xBF\xE3\x82\xA1"},
-      {"three, of which a lead byte is rare", "\xE3\x81\x82\xE3\x81\x84",
-       "\xE3\x81\x82\xE4\x81\x81", "\xE3\x81\x82\xBF\xE4\x81\x81"},
+      {"one byte a character", "a\u00E9", "abz", "ab\x80z"},
+      {"two", "\u0416\u044F", "\u0416\u0429", "\u0416\x80\x80\u0429"},
+      {"three", "\u3042\u3044", "\u3042\u30A1", "\u3042\xBF\u30A1"},
+      {"a rare lead byte", "\u3042\u3044", "\u3042\u4041", "\u3042\xBF\u4041"},
       {"two, out of order where a mask maps it",
-       "\xD0\x96\xD1\x8F",
-       "\xD0\x96\xD0\xA9",
-       "\xD0"
-       "A\xD0\xA9",
-       {{packed("\xD0"
-                "A")},
-        {packed("\xD0\x96")}}},
-      {"four", "\xF0\x9F\x98\x80 ", "\xF0\x9F\x98\x80\xF0\x9F\x98\x81",
-       "\xF0\x9F\x98\x80\x80\xF0\x9F\x98\x81"},
-      {"several", "\xD0\x96 ", "\xD0\x96-\xD0\xA9", "\xD0\x96-\x80\xD0\xA9"},
+       "\u0416\u044F",
+       "\u0416\u0429",
+       "\320A\u0429",
+       {{packed("\320A")}, {packed("\u0416")}}},
+      {"four", "\U0001F600 ", "\U0001F600\U0001F601",
+       "\U0001F600\x80\U0001F601"},
+      {"several", "\u0416 ", "\u0416-\u0429", "\u0416-\x80\u0429"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
@@ -280,24 +188,10 @@ TEST(BreakChars, CountUpToTheLastOfAscii) {
 }
 
 TEST(StringSearch, OutlivesShortMemory) {
-  StringSearch call = {.pattern = spell("a"), .breaks = Longs(5000, 'a')};
-  for (const std::string& text :
-       {std::string("bab"), std::string(1'100'000, 'a')}) {
-    call.text = text;
-    call.end = length_of(text);
-    with_each_request_refused([&](const HeapWatch& heap) {
-      const Outcome o = outcome_of(call, Side::kLibrary, {0});
-      const Longs list = longs_in(o.list.bytes);
-      EXPECT_EQ(o.outs[0], std::ssize(list));
-      EXPECT_EQ(o.list.kind, list.empty() ? BlockState::Kind::kNull
-                                          : BlockState::Kind::kUnlocked);
-      EXPECT_TRUE(o.result == 1 || (list.empty() && o.outs[1] == call.end));
-      const bool whole = !heap.failed() || o.outs[1] == call.end;
-      // The match that found no room ends where the search stopped.
-      const std::int32_t matches = whole ? call.end : o.outs[1] - 1;
-      EXPECT_EQ(o.outs[0], o.result == 0 || text == "bab" ? 0 : 2 * matches);
-    });
-  }
+  const StringSearch call = {.text = std::string(1'100'000, 'a'),
+                             .pattern = spell("a"),
+                             .breaks = Longs(5000, 'a')};
+  expect_what_fits(call, 2, 1);
 }
 
 }  // namespace

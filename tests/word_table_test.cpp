@@ -2,10 +2,9 @@
 // replacements.
 #include <gtest/gtest.h>
 
-#include "tests/checks/word_table_check.h"
+#include "tests/checks/calls.h"
 #include "tests/support/alphabet.h"
 #include "tests/support/expect.h"
-#include "tests/support/random_inputs.h"
 
 namespace quill::test {
 namespace {

@@ -1,5 +1,4 @@
-#include "tests/checks/breaks_check.h"
-
+#include "tests/checks/calls.h"
 #include "tests/support/guarded_text.h"
 
 namespace quill::test {
@@ -14,9 +13,9 @@ Outcome BreakCall::run(Side side, QuillYield yield) const {
     o.outs[1] = selection_end;
     o.result = QUILL_PICK(side, utf8_FindBreaks)(
         has_text ? held.data() : nullptr, start, end, backward.members.data(),
-        backward.count(), backward.flag, forward.members.data(),
-        forward.count(), forward.flag, &o.outs[0], &o.outs[1], &found, 9,
-        yield);
+        length_of(backward.members), backward.flag, forward.members.data(),
+        length_of(forward.members), forward.flag, &o.outs[0], &o.outs[1],
+        &found, 9, yield);
     o.outs[2] = found;
     return o;
   }

@@ -1,5 +1,4 @@
-#include "tests/checks/byte_search_check.h"
-
+#include "tests/checks/calls.h"
 #include "tests/support/guarded_text.h"
 
 namespace quill::test {
@@ -12,20 +11,18 @@ Outcome ByteSearch::run(Side side, QuillYield yield) const {
   const char* const sought = has_pattern ? held_pattern.data() : nullptr;
   Outcome o;
   YieldRecorder::watch(o.outs);
+  HeldBlock list(untouched());
   switch (operation) {
     case kFind:
       o.result =
           QUILL_PICK(side, FindStr)(searched, start, end, sought, length, 1, -2,
                                     3, -4, &o.outs[0], &o.outs[1], 41, yield);
       break;
-    case kFindAll: {
-      HeldBlock list(untouched());
+    case kFindAll:
       o.result = QUILL_PICK(side, FindStrAll)(
           searched, start, end, sought, length, 1, -2, 3, -4, &list.block,
           &o.outs[0], &o.outs[1], 42, yield);
-      o.list = state_of(list.block);
       break;
-    }
     case kFindByte:
       o.result =
           QUILL_PICK(side, FindByte)(at, start, end, pattern[0], 43, yield);
@@ -36,8 +33,8 @@ Outcome ByteSearch::run(Side side, QuillYield yield) const {
           pattern_at < 0 ? held_pattern.data() : at + pattern_at,
           replacement_at < 0 ? replacement.data() : at + replacement_at, length,
           44, yield);
-      break;
   }
+  o.list = state_of(list.block);
   o.buffer = held.view();
   return o;
 }

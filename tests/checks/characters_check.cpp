@@ -1,5 +1,4 @@
-#include "tests/checks/characters_check.h"
-
+#include "tests/checks/calls.h"
 #include "tests/support/guarded_text.h"
 
 namespace quill::test {

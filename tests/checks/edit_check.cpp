@@ -1,7 +1,6 @@
-#include "tests/checks/edit_check.h"
-
 #include <algorithm>
 
+#include "tests/checks/calls.h"
 #include "tests/support/guarded_text.h"
 
 namespace quill::test {

@@ -1,7 +1,6 @@
-#include "tests/checks/masks_check.h"
-
 #include <numeric>
 
+#include "tests/checks/calls.h"
 #include "tests/support/alphabet.h"
 #include "tests/support/guarded_text.h"
 #include "utf8/mask_table.h"

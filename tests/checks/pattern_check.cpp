@@ -1,7 +1,6 @@
-#include "tests/checks/pattern_check.h"
-
 #include <algorithm>
 
+#include "tests/checks/calls.h"
 #include "tests/support/guarded_text.h"
 
 namespace quill::test {
@@ -66,11 +65,11 @@ std::string PatternCall::show() const {
 std::string check_pattern(Input& in) {
   PatternCall call;
   call.operation = static_cast<PatternCall::Operation>(in.between(0, 7));
-  call.parts = draw_range_parts(in);
+  call.parts = in.range_parts();
   if (call.operation == PatternCall::kComparePart && call.parts.empty()) {
     call.parts.emplace_back();
   }
-  if (call.operation == PatternCall::kFindKeys) call.key = draw_range_parts(in);
+  if (call.operation == PatternCall::kFindKeys) call.key = in.range_parts();
   call.part_count = in.one_in(32) ? in.pick({0, -1}) : length_of(call.parts);
   call.text = in.any_text(in.pick({12, 40, 300}));
   const auto size = length_of(call.text);

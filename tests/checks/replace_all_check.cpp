@@ -1,6 +1,6 @@
-#include "tests/checks/replace_all_check.h"
-
 #include <limits>
+
+#include "tests/checks/calls.h"
 
 namespace quill::test {
 
@@ -57,7 +57,7 @@ std::string check_replace_all(Input& in) {
   call.to = in.flag() ? length_of(call.text) : in.offset(call.text.size());
   call.bytes = in.text(2);
   call.characters = in.characters(2);
-  call.parts = draw_range_parts(in);
+  call.parts = in.range_parts();
   if (in.one_in(3)) call.mask = in.mask(4);
   if (in.one_in(3)) call.breaks = in.characters(4);
   call.edge = in.pick<unsigned char>({0, 1});

@@ -1,5 +1,4 @@
-#include "tests/checks/selection_check.h"
-
+#include "tests/checks/calls.h"
 #include "tests/support/alphabet.h"
 #include "tests/support/guarded_text.h"
 

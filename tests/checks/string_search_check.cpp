@@ -1,6 +1,5 @@
-#include "tests/checks/string_search_check.h"
-
 #include "search/string_filter.h"
+#include "tests/checks/calls.h"
 #include "tests/support/alphabet.h"
 #include "tests/support/guarded_text.h"
 #include "utf8/characters.h"
@@ -65,44 +64,39 @@ Outcome StringSearch::run(Side side, QuillYield yield) const {
     return export_(c.text, start, end, c.pattern, c.pattern_count, c.flags,
                    c.mask_keys, c.mask_values, c.mask_count, a);
   };
-  switch (operation) {
-    case kFind:
-      o.result = c(QUILL_PICK(side, utf8_FindStr), a, b, 5, yield);
-      break;
-    case kFindPrevious:
-      o.result = c(QUILL_PICK(side, utf8_FindStrPrev), a, b, 6, yield);
-      break;
-    case kFindNth:
-      o.outs[2] = nth;
-      o.result =
-          c(QUILL_PICK(side, utf8_FindStrNth), &o.outs[2], a, b, 7, yield);
-      break;
-    case kCount:
-      o.result = c(QUILL_PICK(side, utf8_CountStrAll), a, b, 8, yield);
-      break;
-    case kFindAll:
-      o.result =
-          c(QUILL_PICK(side, utf8_FindStrAll), &list.block, a, b, 9, yield);
-      break;
-    case kCompare:
-      o.result = compare(QUILL_PICK(side, utf8_CompareSubstring));
-      break;
-    case kCompareSelection:
-      o.result = compare(QUILL_PICK(side, utf8_CompareSelString));
-      break;
-    case kTestBreaks: {
-      unsigned char sides[2] = {9, 9};
-      QUILL_PICK(side, utf8_TestBreakChars)
-      (c.text, end, start, match_end, c.mask_keys, c.mask_values, c.mask_count,
-       c.breaks, c.break_count, edge, &sides[0], &sides[1]);
-      o.outs = {sides[0], sides[1]};
-      break;
+  const auto answer = [&]() -> std::int32_t {
+    switch (operation) {
+      case kFind:
+        return c(QUILL_PICK(side, utf8_FindStr), a, b, 5, yield);
+      case kFindPrevious:
+        return c(QUILL_PICK(side, utf8_FindStrPrev), a, b, 6, yield);
+      case kFindNth:
+        o.outs[2] = nth;
+        return c(QUILL_PICK(side, utf8_FindStrNth), &o.outs[2], a, b, 7, yield);
+      case kCount:
+        return c(QUILL_PICK(side, utf8_CountStrAll), a, b, 8, yield);
+      case kFindAll:
+        return c(QUILL_PICK(side, utf8_FindStrAll), &list.block, a, b, 9,
+                 yield);
+      case kCompare:
+        return compare(QUILL_PICK(side, utf8_CompareSubstring));
+      case kCompareSelection:
+        return compare(QUILL_PICK(side, utf8_CompareSelString));
+      case kTestBreaks: {
+        unsigned char sides[2] = {9, 9};
+        QUILL_PICK(side, utf8_TestBreakChars)
+        (c.text, end, start, match_end, c.mask_keys, c.mask_values,
+         c.mask_count, c.breaks, c.break_count, edge, &sides[0], &sides[1]);
+        o.outs = {sides[0], sides[1]};
+        break;
+      }
+      case kFilter:
+      case kFilterBackward:
+        o.outs = matches_by_filter(c, side, operation == kFilterBackward);
     }
-    case kFilter:
-    case kFilterBackward:
-      o.outs = matches_by_filter(c, side, operation == kFilterBackward);
-      break;
-  }
+    return 0;
+  };
+  o.result = answer();
   o.list = state_of(list.block);
   return o;
 }

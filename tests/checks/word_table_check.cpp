@@ -1,42 +1,27 @@
-#include "tests/checks/word_table_check.h"
-
 #include <algorithm>
 
+#include "tests/checks/calls.h"
 #include "tests/support/alphabet.h"
 #include "tests/support/guarded_text.h"
 
 namespace quill::test {
 
-Outcome WordTableCall::run(Side side, QuillYield yield) const {
-  std::vector<QuillWordEntry> table;
-  for (const Word& word : words) {
-    const bool is_unusable = std::ssize(table) == unusable;
-    table.push_back({word.characters.data(), length_of(word.characters),
-                     word.replacement.data(),
-                     is_unusable ? -1 : length_of(word.replacement)});
-  }
-  std::vector<QuillWordEntry*> pointers = pointers_to(table);
-  Outcome o;
-  if (only_fills) {
-    fill(side, pointers, o);
-  } else {
-    replace(side, pointers, yield, o);
-  }
-  return o;
-}
+namespace {
 
-void WordTableCall::fill(Side side, std::vector<QuillWordEntry*>& table,
-                         Outcome& o) const {
-  const GuardedText guarded(text);
-  Mask own = mask;
+void fill(const WordTableCall& call, Side side,
+          std::vector<QuillWordEntry*>& table, Outcome& o) {
+  const GuardedText guarded(call.text);
+  Mask own = call.mask;
   std::vector<QuillReplaceEntry> entries;
-  for (std::size_t i = 0; i < selections.size(); i += 2) {
-    entries.push_back({selections[i], selections[i + 1], "?", 99, 99});
+  for (std::size_t i = 0; i < call.selections.size(); i += 2) {
+    entries.push_back(
+        {call.selections[i], call.selections[i + 1], "?", 99, 99});
   }
   std::vector<QuillReplaceEntry*> pointers = pointers_to(entries);
   o.result = QUILL_PICK(side, WordTable_FillReplaceTable)(
       pointers.data(), length_of(pointers), table.data(), length_of(table),
       guarded.data(), own.keys.data(), own.values.data(), own.count());
+  const auto& words = call.words;
   for (const QuillReplaceEntry& entry : entries) {
     const auto word = std::find_if(words.begin(), words.end(), [&](auto& each) {
       return each.replacement.data() == entry.replacement;
@@ -48,9 +33,21 @@ void WordTableCall::fill(Side side, std::vector<QuillWordEntry*>& table,
   }
 }
 
-void WordTableCall::replace(Side side,
-                            const std::vector<QuillWordEntry*>& table,
-                            QuillYield yield, Outcome& o) const {
+}  // namespace
+
+Outcome WordTableCall::run(Side side, QuillYield yield) const {
+  std::vector<QuillWordEntry> entries;
+  for (const auto& [characters, with] : words) {
+    const bool is_unusable = std::ssize(entries) == unusable;
+    entries.push_back({characters.data(), length_of(characters), with.data(),
+                       is_unusable ? -1 : length_of(with)});
+  }
+  std::vector<QuillWordEntry*> table = pointers_to(entries);
+  Outcome o;
+  if (only_fills) {
+    fill(*this, side, table, o);
+    return o;
+  }
   HeldBlock block(is_text_null ? nullptr : block_of(text));
   if (!is_text_null) LockBlock(block.block);
   const PartPointers pattern(parts);
@@ -61,6 +58,7 @@ void WordTableCall::replace(Side side,
       table.data(), length_of(table), mask.key_data(), mask.value_data(),
       mask.count(), &o.outs[1], 71, yield);
   o.text = state_of(block.block);
+  return o;
 }
 
 std::string WordTableCall::show() const {

@@ -31,32 +31,28 @@ Long copy_pairs(const char* text, char* destination, Long capacity,
   return 1;
 }
 
-struct ComparedCharacter {
-  bool was_read;
-  Long code_point;
-  Long next;
-};
-
-ComparedCharacter read_compared(const char* text, Long position, Long end,
-                                const Long* mask_keys, const Long* mask_values,
-                                Long mask_count) {
-  Long start = 0;
+// The next character, its code point in place of its bytes.
+Character read_compared(const char* text, Long position, Long end,
+                        const Long* mask_keys, const Long* mask_values,
+                        Long mask_count) {
+  Character read = {};
+  Long next = 0;
   Long length = 0;
-  ComparedCharacter read = {};
+  const auto decode = [&](const char* bytes, Long from, Long to) {
+    return utf8_GetNextCharValue(bytes, from, to, &read.start, &length,
+                                 &read.packed, &next) == 1;
+  };
   if (mask_count == 0) {
-    read.was_read = utf8_GetNextCharValue(text, position, end, &start, &length,
-                                          &read.code_point, &read.next) == 1;
+    read.was_read = decode(text, position, end);
+    read.next = next;
     return read;
   }
-  const Character character = containing_character(text, position, end);
-  if (!character.was_read) return read;
+  read = containing_character(text, position, end);
+  if (!read.was_read) return read;
   const Long mapped =
-      utf8_MaskChar(character.packed, mask_keys, mask_values, mask_count, 1);
+      utf8_MaskChar(read.packed, mask_keys, mask_values, mask_count, 1);
   // A mask may give what is no character.
-  read.was_read =
-      utf8_GetNextCharValue(reinterpret_cast<const char*>(&mapped), 0, 4,
-                            &start, &length, &read.code_point, &read.next) == 1;
-  read.next = character.next;
+  read.was_read = decode(reinterpret_cast<const char*>(&mapped), 0, 4);
   return read;
 }
 
@@ -102,13 +98,13 @@ int CompareSelections(const void* first, const void* second, char* text,
   // Who reads for longer stands still.
   for (std::int64_t step = 0; step <= length_a + length_b + 4; ++step) {
     if (in_a >= a[1] || in_b >= b[1]) return by_length;
-    const ComparedCharacter of_a =
+    const Character of_a =
         read_compared(text, in_a, a[1], mask_keys, mask_values, mask_count);
-    const ComparedCharacter of_b =
+    const Character of_b =
         read_compared(text, in_b, b[1], mask_keys, mask_values, mask_count);
     if (!of_a.was_read || !of_b.was_read) return 0;
-    if (of_a.code_point != of_b.code_point) {
-      return of_a.code_point - of_b.code_point;
+    if (of_a.packed != of_b.packed) {
+      return of_a.packed - of_b.packed;
     }
     in_a = of_a.next;
     in_b = of_b.next;

@@ -10,26 +10,17 @@ struct Mask {
   Long count;
 };
 
-bool begins_with(const QuillWordEntry& word, const char* text, Long start,
-                 Long end, const Mask& mask) {
-  Long position = start;
-  for (Long i = 0; i < word.word_count; ++i) {
-    const Character read = next_character(text, position, end);
-    if (!read.was_read || utf8_MaskChar(read.packed, mask.keys, mask.values,
-                                        mask.count, 1) != word.word[i]) {
-      return false;
-    }
-    position = read.next;
-  }
-  return true;
-}
-
 QuillReplaceEntry entry_for(Long start, Long end, const char* text,
                             const QuillWordEntry* const* words, Long word_count,
                             const Mask& mask) {
   for (Long i = 0; i < word_count; ++i) {
     const QuillWordEntry& word = *words[i];
-    if (!begins_with(word, text, start, end, mask)) continue;
+    Long next = 0;
+    if (naive::utf8_CompareSubstring(text, start, end, word.word,
+                                     word.word_count, nullptr, mask.keys,
+                                     mask.values, mask.count, &next) == 0) {
+      continue;
+    }
     const Long length = word.replacement_length;
     return {start, end, word.replacement, length,
             kind_of(length, std::int64_t{end} - start)};

@@ -1,6 +1,7 @@
 // The characters that drawn texts are made of.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -50,6 +51,13 @@ inline std::vector<std::int32_t> spell(std::string_view text) {
     text.remove_prefix(length);
   }
   return longs;
+}
+
+// The same as a set in order.
+inline std::vector<std::int32_t> set_of(std::string_view characters) {
+  std::vector<std::int32_t> set = spell(characters);
+  std::sort(set.begin(), set.end());
+  return set;
 }
 
 }  // namespace quill::test

@@ -3,14 +3,6 @@
 #include "blocks/byte_kernels.h"
 
 namespace quill::test {
-namespace {
-
-int questions(const Run& run, HostPlan plan) {
-  plan.stop_at = kNever;
-  return static_cast<int>(observe(run, Side::kNaive, plan).asked.size());
-}
-
-}  // namespace
 
 std::string show(const Outcome& o) {
   Longs asked;
@@ -32,8 +24,10 @@ Outcome observe(const Run& run, Side side, const HostPlan& plan) {
 
 std::string first_difference(const Run& run, HostPlan plan) {
   if (plan.stop_at != kNever) {
-    const int asked = questions(run, plan);
-    plan.stop_at = asked == 0 ? kNever : plan.stop_at % asked;
+    HostPlan patient = plan;
+    patient.stop_at = kNever;
+    const auto asked = observe(run, Side::kNaive, patient).asked.size();
+    plan.stop_at = asked == 0 ? kNever : plan.stop_at % static_cast<int>(asked);
   }
   const Outcome wanted = observe(run, Side::kNaive, plan);
   std::string difference;
@@ -49,17 +43,6 @@ std::string first_difference(const Run& run, HostPlan plan) {
     break;
   }
   force_kernels(nullptr);
-  return difference;
-}
-
-std::string first_difference_at_any_stop(const Run& run, HostPlan plan) {
-  plan.stop_at = kNever;
-  std::string difference = first_difference(run, plan);
-  const int stops = questions(run, plan);
-  for (int stop = 0; stop < stops && difference.empty(); ++stop) {
-    plan.stop_at = stop;
-    difference = first_difference(run, plan);
-  }
   return difference;
 }
 

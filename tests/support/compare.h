@@ -52,9 +52,6 @@ Outcome observe(const Run& run, Side side, const HostPlan& plan);
 // modulo those asked when nobody stops, so that every stop takes effect.
 std::string first_difference(const Run& run, HostPlan plan);
 
-// The same with a stop at each question in turn, and with none.
-std::string first_difference_at_any_stop(const Run& run, HostPlan plan);
-
 template <class Call>
 Run run_of(const Call& call) {
   return [&call](Side side, QuillYield yield) { return call.run(side, yield); };
@@ -69,13 +66,6 @@ Outcome outcome_of(const Call& call, Side side = Side::kLibrary,
 template <class Call>
 std::string first_difference(const Call& call, const HostPlan& plan = {}) {
   const std::string found = first_difference(run_of(call), plan);
-  return found.empty() ? found : found + call.show();
-}
-
-template <class Call>
-std::string first_difference_at_any_stop(const Call& call,
-                                         const HostPlan& plan) {
-  const std::string found = first_difference_at_any_stop(run_of(call), plan);
   return found.empty() ? found : found + call.show();
 }
 

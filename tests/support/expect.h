@@ -1,15 +1,34 @@
-// Answers stated by hand, asked of the library and of the naive twin that it is
-// compared with; and calls that the heap refuses what they ask for.
+// What tests expect of calls: that a family's check finds nothing on seeded
+// bytes; answers stated by hand, of the library and of the naive twin that it
+// is compared with; and all or nothing where the heap refuses a request.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <random>
 
 #include "tests/support/compare.h"
 #include "tests/support/heap_watch.h"
+#include "tests/support/input.h"
 
 namespace quill::test {
+
+// As libFuzzer does for a fuzz target: runs the check on one input after
+// another, until it has something to report.
+template <class Check>
+void for_random_inputs(std::uint32_t seed, int rounds, Check check) {
+  std::mt19937 generator(seed);
+  std::vector<std::uint8_t> bytes(4096);
+  for (int round = 0; round < rounds; ++round) {
+    for (std::uint8_t& byte : bytes) {
+      byte = static_cast<std::uint8_t>(generator());
+    }
+    Input in(bytes);
+    const std::string difference = check(in);
+    ASSERT_TRUE(difference.empty()) << "round " << round << difference;
+  }
+}
 
 // What a test states of an outcome; the rest is not looked at.
 struct Stated {
@@ -34,18 +53,6 @@ void expect_answer(const char* why, const Call& call, const Stated& stated,
   }
 }
 
-// At each question of each of the operations, for small values of YieldMax.
-template <class Call, class Operation>
-void expect_same_at_any_stop(Call call,
-                             std::initializer_list<Operation> operations) {
-  for (const Operation operation : operations) {
-    call.operation = operation;
-    for (const std::int32_t yield_max : {1, 2, 3, 7, 16}) {
-      EXPECT_EQ(first_difference_at_any_stop(call, {yield_max}), "");
-    }
-  }
-}
-
 // With each request refused in turn the library does all the same, where it can
 // do without, or leaves one of the outcomes in `refused`.
 template <class Call>
@@ -63,6 +70,29 @@ void expect_all_or_nothing(const Call& call,
         << show(seen);
   });
   EXPECT_GT(refusals, 0);
+}
+
+// Where each byte of a text is a match of `longs` longs, and all make a list
+// that grows: with the first requests refused there is none. With a later one
+// refused it keeps what it has room for, and the search ends with the match
+// that didn't fit, `passed` it or not.
+template <class Call>
+void expect_what_fits(const Call& call, int longs, int passed) {
+  int cut_short = 0;
+  with_each_request_refused([&](const HeapWatch& heap) {
+    const Outcome o = outcome_of(call, Side::kLibrary, {0});
+    EXPECT_EQ(std::ssize(o.list.bytes), o.outs[0] * 4);
+    if (o.result == 0) {
+      EXPECT_EQ(o.list.kind, BlockState::Kind::kNull);
+      EXPECT_EQ(o.outs[1], std::ssize(call.text));
+    } else if (o.outs[0] < std::ssize(call.text) * longs) {
+      ++cut_short;
+      EXPECT_TRUE(heap.failed());
+      EXPECT_EQ(o.outs[0] % 1'000'000, 0);
+      EXPECT_EQ(o.outs[1], o.outs[0] / longs + passed);
+    }
+  });
+  EXPECT_GT(cut_short, 0);
 }
 
 }  // namespace quill::test

@@ -5,20 +5,6 @@
 #include "tests/support/blocks.h"
 
 namespace quill::test {
-namespace {
-
-HeapWatch* g_active = nullptr;
-
-}  // namespace
-
-HeapWatch* HeapWatch::active() { return g_active; }
-
-HeapWatch::HeapWatch(int fail_at, bool and_after)
-    : fail_at_(fail_at), and_after_(and_after) {
-  g_active = this;
-}
-
-HeapWatch::~HeapWatch() { g_active = nullptr; }
 
 bool HeapWatch::refuses() {
   if (RequestsAllowed::any()) return false;
@@ -40,7 +26,7 @@ template <class Allocate>
 void* allocate_watched(bool is_new, Allocate allocate) {
   if (HeapWatch* const watch = HeapWatch::active(); watch != nullptr) {
     if (watch->refuses()) return nullptr;
-    if (is_new) watch->note_allocated();
+    if (is_new) watch->note(1);
   }
   return allocate();
 }
@@ -71,7 +57,7 @@ void* __wrap_realloc(void* memory, std::size_t size) {
 
 void __wrap_free(void* memory) {
   HeapWatch* const watch = HeapWatch::active();
-  if (watch != nullptr && memory != nullptr) watch->note_released();
+  if (watch != nullptr && memory != nullptr) watch->note(-1);
   __real_free(memory);
 }
 

@@ -15,8 +15,11 @@ class HeapWatch {
 
   // Fails the request numbered `fail_at` (from 0) and, when `and_after`, all
   // that follow.
-  explicit HeapWatch(int fail_at = kNoFailure, bool and_after = false);
-  ~HeapWatch();
+  explicit HeapWatch(int fail_at = kNoFailure, bool and_after = false)
+      : fail_at_(fail_at), and_after_(and_after) {
+    active_ = this;
+  }
+  ~HeapWatch() { active_ = nullptr; }
   HeapWatch(const HeapWatch&) = delete;
   HeapWatch& operator=(const HeapWatch&) = delete;
 
@@ -30,12 +33,12 @@ class HeapWatch {
   int outstanding() const { return outstanding_; }
 
   // For the wrappers.
-  static HeapWatch* active();
+  static HeapWatch* active() { return active_; }
   bool refuses();
-  void note_allocated() { ++outstanding_; }
-  void note_released() { --outstanding_; }
+  void note(int allocations) { outstanding_ += allocations; }
 
  private:
+  static inline HeapWatch* active_ = nullptr;
   int fail_at_;
   bool and_after_;
   int requests_ = 0;

@@ -4,8 +4,25 @@
 #include <random>
 
 #include "tests/support/alphabet.h"
+#include "tests/support/show.h"
 
 namespace quill::test {
+
+std::string show(const RangeParts& parts) {
+  std::string shown;
+  for (const auto& [set, minimum, maximum, include] : parts) {
+    shown += (include != 0 ? "[" : "[^") + show(set) + "]{" + show(minimum) +
+             ',' + show(maximum) + '}';
+  }
+  return shown;
+}
+
+PartPointers::PartPointers(const RangeParts& parts) {
+  for (const auto& [set, minimum, maximum, include] : parts) {
+    parts_.push_back({set.data(), length_of(set), minimum, maximum, include});
+  }
+  pointers_ = pointers_to(parts_);
+}
 
 // Takes no more bytes than the range needs, so that a change of one byte
 // changes one draw.
@@ -136,6 +153,19 @@ Longs Input::selections(std::size_t size, int most) {
   }
   if (one_in(16)) list.push_back(static_cast<std::int32_t>(size));
   return list;
+}
+
+RangeParts Input::range_parts() {
+  RangeParts parts(static_cast<std::size_t>(
+      one_in(16) ? pick({0, 0, 9}) : between(1, pick({2, 2, 5}))));
+  for (RangePart& part : parts) {
+    part.set = characters(pick({1, 2, 2, 9}));
+    if (!one_in(10)) std::sort(part.set.begin(), part.set.end());
+    part.minimum = pick({1, 1, 1, 0, 0, 2, 3, -1});
+    part.maximum = pick({0, 0, 0, 1, 1, 2, 4, 30, -1});
+    part.include = pick<unsigned char>({1, 1, 1, 1, 0, 0, 2, 255});
+  }
+  return parts;
 }
 
 HostPlan Input::host() {

@@ -30,6 +30,30 @@ struct Mask {
   }
 };
 
+// A range pattern as its owner holds it.
+struct RangePart {
+  Longs set = {};
+  std::int32_t minimum = 1;
+  std::int32_t maximum = 0;
+  unsigned char include = 1;
+};
+using RangeParts = std::vector<RangePart>;
+
+std::string show(const RangeParts& parts);
+
+// And as calls take it: addresses of parts, which have those of the sets.
+class PartPointers {
+ public:
+  explicit PartPointers(const RangeParts& parts);
+
+  const QuillRangePart* const* data() const { return pointers_.data(); }
+  std::int32_t count() const { return length_of(pointers_); }
+
+ private:
+  std::vector<QuillRangePart> parts_;
+  std::vector<QuillRangePart*> pointers_;
+};
+
 class Input {
  public:
   explicit Input(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
@@ -79,6 +103,9 @@ class Input {
 
   // Ascending keys and a value for each.
   Mask mask(int most);
+
+  // Mostly of one or two parts, at times of none; few of the sets out of order.
+  RangeParts range_parts();
 
   // Offsets about a text of `size` bytes, up to `most`: mostly in order, two a
   // selection.

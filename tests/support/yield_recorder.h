@@ -2,6 +2,7 @@
 // (or any other byte) at a chosen one.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <limits>
 #include <span>
@@ -49,15 +50,24 @@ class YieldRecorder {
     active_->watched_ = outs;
   }
 
-  QuillYield callback() const;
+  // A host in another language hands in a function that returns a byte.
+  static QuillYield callback() { return std::bit_cast<QuillYield>(&on_yield); }
   const std::vector<Call>& calls() const { return calls_; }
   const std::vector<std::int32_t>& seen_outs() const { return seen_outs_; }
 
  private:
-  static unsigned char on_yield(std::int32_t reference, std::int32_t progress);
-  unsigned char answer(std::int32_t reference, std::int32_t progress);
+  static unsigned char on_yield(std::int32_t reference, std::int32_t progress) {
+    return active_->answer(reference, progress);
+  }
+  unsigned char answer(std::int32_t reference, std::int32_t progress) {
+    const auto number = std::ssize(calls_);
+    if (number == plan_.change_at) YieldMax = plan_.change_to;
+    calls_.emplace_back(reference, progress);
+    seen_outs_.insert(seen_outs_.end(), watched_.begin(), watched_.end());
+    return number == plan_.stop_at ? plan_.answer : 1;
+  }
 
-  static YieldRecorder* active_;
+  static inline YieldRecorder* active_ = nullptr;
   YieldRecorder* before_;
   std::int32_t yield_max_before_;
   HostPlan plan_;
