@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/checks/calls.h"
+#include "tests/support/alphabet.h"
 #include "tests/support/expect.h"
 
 namespace quill::test {
@@ -56,9 +57,9 @@ TEST(BreakLists, FollowTheirRules) {
 
 // Lists that outgrow their first capacity, which counts on full lines.
 TEST(BreakLists, Grow) {
-  BreakCall call = {.operation = BreakCall::kAtSpaces, .unit = 10};
-  while (call.text.size() < 1'500'000) call.text += "a bcdefghi";
-  call.end = length_of(call.text);
+  const BreakCall call = {.operation = BreakCall::kAtSpaces,
+                          .text = repeated("a bcdefghi", 1'500'000),
+                          .unit = 10};
   EXPECT_EQ(first_difference(call), "");
 }
 

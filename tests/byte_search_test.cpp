@@ -3,6 +3,7 @@
 
 #include "search/two_way.h"
 #include "tests/checks/calls.h"
+#include "tests/support/alphabet.h"
 #include "tests/support/expect.h"
 
 namespace quill::test {
@@ -83,12 +84,6 @@ TEST(LinearSearch, FindsWhatThereIs) {
     }
     return {};
   });
-}
-
-std::string repeated(std::string_view piece, std::size_t bytes) {
-  std::string text;
-  while (text.size() < bytes) text += piece;
-  return text;
 }
 
 // Texts on which a filter by two bytes fails at every offset. Were the work

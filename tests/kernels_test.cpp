@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "blocks/byte_kernels.h"
+#include "tests/support/alphabet.h"
 #include "tests/support/expect.h"
 #include "tests/support/guarded_text.h"
 
@@ -164,8 +165,7 @@ TEST(Kernels, CountLongStretches) {
   for (const ByteKernels* kernels : available_kernels()) {
     SCOPED_TRACE(kernels->name);
     for (const std::string piece : {"a", "\xC3\xA9", "\xE2\x82\xAC"}) {
-      std::string text;
-      while (text.size() < 300'000) text += piece;
+      const std::string text = repeated(piece, 300'000);
       const Byte* const first = as_bytes(text.data());
       const Byte* const last = first + text.size();
       const Offset characters = std::ssize(text) / std::ssize(piece);

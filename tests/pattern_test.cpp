@@ -45,18 +45,17 @@ TEST(PatternSearch, FindsWhatTheTableSays) {
 }
 
 // The characters from each first code point to its last.
-std::vector<std::string> characters(
-    std::initializer_list<std::pair<int, int>> ranges) {
-  std::vector<std::string> all;
-  for (const auto& [first, last] : ranges) {
-    for (int c = first; c <= last; ++c) {
-      std::string& bytes = all.emplace_back();
+Longs characters(std::initializer_list<std::pair<int, int>> ranges) {
+  Longs all;
+  for (auto [c, last] : ranges) {
+    for (; c <= last; ++c) {
       const int tails = c < 0x80 ? 0 : c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
       const int marks[] = {0, 0xC0, 0xE0, 0xF0};
-      bytes += static_cast<char>(marks[tails] | c >> 6 * tails);
+      std::string bytes(1, static_cast<char>(marks[tails] | c >> 6 * tails));
       for (int i = tails; i-- > 0;) {
         bytes += static_cast<char>(0x80 | (c >> 6 * i & 0x3F));
       }
+      all.push_back(packed(bytes));
     }
   }
   return all;
@@ -65,14 +64,14 @@ std::vector<std::string> characters(
 // Texts long enough for the tables of long ranges, and sets that fill them in
 // every way: whole lead bytes, parts of them, more kinds than are grouped.
 TEST(PatternSearch, AgreesWithNaiveTwinsOnManyScripts) {
-  const auto all = characters({{0x20, 0x7E},
-                               {0xE0, 0xFE},
-                               {0x391, 0x3C9},
-                               {0x401, 0x451},
-                               {0x3041, 0x30FA},
-                               {0x4DF0, 0xA010},
-                               {0x1F5F0, 0x1F650}});
-  const std::vector<std::string> sets[] = {
+  const Longs all = characters({{0x20, 0x7E},
+                                {0xE0, 0xFE},
+                                {0x391, 0x3C9},
+                                {0x401, 0x451},
+                                {0x3041, 0x30FA},
+                                {0x4DF0, 0xA010},
+                                {0x1F5F0, 0x1F650}});
+  Longs sets[] = {
       characters({{'a', 'z'}, {'A', 'Z'}}),
       characters({{0x410, 0x44F}, {0x401, 0x401}, {0x451, 0x451}}),
       characters({{0x4E00, 0x9FFF}}),
@@ -92,16 +91,15 @@ TEST(PatternSearch, AgreesWithNaiveTwinsOnManyScripts) {
       std::size_t at = generator() % (all.size() - 60);
       if (generator() % 4 != 0) at %= 400;
       for (std::size_t left = generator() % 60; left > 0; --left) {
-        call.text += all[at + left];
+        naive::append_character(call.text, all[at + left]);
       }
       if (has_strays) call.text += strays()[generator() % strays().size()];
     }
     call.to = length_of(call.text);
-    for (const std::vector<std::string>& set : sets) {
-      std::string members;
-      for (const std::string& member : set) members += member;
+    for (Longs& set : sets) {
+      std::sort(set.begin(), set.end());
       for (RangePart part : kinds) {
-        part.set = set_of(members);
+        part.set = set;
         call.parts = {part};
         if (generator() % 2 == 0) call.parts.push_back({{' '}, 1, 2, 0});
         call.part_count = length_of(call.parts);
@@ -136,25 +134,15 @@ TEST(PatternSearch, FollowsRunsAcrossBorders) {
 // What is known of the first places is neither more than was looked at, nor
 // true of the places inside.
 TEST(PatternSearch, TriesEachPlaceBehindPartsOfOneLength) {
-  const struct {
-    const char* what;
-    RangeParts parts;
-    const char* piece;
-  } cases[] = {
-      {"more characters than are looked at",
-       {{{'a'}, 7, 7}, {{'b'}}},
-       ".aaaaaab.aaaaaaab"},
-      {"a match inside a failed attempt",
-       {{{'a'}, 1, 1}, {{'a', 'b'}, 1, 1}, {{'b'}, 1, 2}, {{'c'}, 1, 1}},
-       ".aabbbc"},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
-    PatternCall call = {.parts = c.parts};
-    while (call.text.size() < 1000) call.text += c.piece;
-    call.to = length_of(call.text);
-    EXPECT_EQ(first_difference(call), "");
-  }
+  const PatternCall calls[] = {
+      // More characters than are looked at.
+      {.text = repeated(".aaaaaab.aaaaaaab", 1000),
+       .parts = {{{'a'}, 7, 7}, {{'b'}}}},
+      // A match inside a failed attempt.
+      {.text = repeated(".aabbbc", 1000),
+       .parts = {
+           {{'a'}, 1, 1}, {{'a', 'b'}, 1, 1}, {{'b'}, 1, 2}, {{'c'}, 1, 1}}}};
+  for (const PatternCall& call : calls) EXPECT_EQ(first_difference(call), "");
 }
 
 // Attempts that all run on over the same text: it would take hours if each

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/checks/calls.h"
+#include "tests/support/alphabet.h"
 #include "tests/support/expect.h"
 
 namespace quill::test {
@@ -60,10 +61,10 @@ TEST(ReplaceAll, KeepsItsRules) {
 }
 
 TEST(ReplaceAll, LeavesTheTextWhenMemoryIsShort) {
-  ReplaceAllCall call = {.bytes = "a", .characters = {'a'}};
-  for (int i = 0; i < 200; ++i) call.text += "a-b";
-  call.to = 600;
-  call.parts = {{{'a'}}};
+  ReplaceAllCall call = {.text = repeated("a-b", 600),
+                         .bytes = "a",
+                         .characters = {'a'},
+                         .parts = {{{'a'}}}};
   for (const auto operation :
        {ReplaceAllCall::kBytes, ReplaceAllCall::kCharacters,
         ReplaceAllCall::kPattern}) {

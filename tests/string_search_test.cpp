@@ -125,8 +125,7 @@ TEST(StringSearch, FindsTornMatchesInLongTexts) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
     StringSearch call = {.pattern = spell(c.pattern), .mask = c.mask};
-    std::string orderly;
-    while (orderly.size() < 4000) orderly += c.filler;
+    const std::string orderly = repeated(c.filler, 4000);
     for (std::size_t i = 1; i <= 16; ++i) {
       call.text += orderly.substr(0, orderly.size() * i / 16) + c.torn;
     }
@@ -180,10 +179,10 @@ TEST(StringSearch, TellsMatchesFromNearMissesInLongTexts) {
 
 // So many members that they are indexed, ASCII and the rest apart.
 TEST(BreakChars, CountUpToTheLastOfAscii) {
-  StringSearch call = {.pattern = spell("a"), .breaks = Longs(5000, 'b')};
+  StringSearch call = {.text = repeated("a\x7F", 30'000),
+                       .pattern = spell("a"),
+                       .breaks = Longs(5000, 'b')};
   call.breaks->back() = 0x7F;
-  while (call.text.size() < 30'000) call.text += "a\x7F";
-  call.end = length_of(call.text);
   EXPECT_EQ(first_difference(call), "");
 }
 

@@ -1,4 +1,4 @@
-// The characters that drawn texts are made of.
+// The characters that drawn texts are made of, and texts and sets of any.
 #pragma once
 
 #include <algorithm>
@@ -53,7 +53,14 @@ inline std::vector<std::int32_t> spell(std::string_view text) {
   return longs;
 }
 
-// The same as a set in order.
+// The piece over and over, until there are so many bytes or a few more.
+inline std::string repeated(std::string_view piece, std::size_t bytes) {
+  std::string text;
+  while (text.size() < bytes) text += piece;
+  return text;
+}
+
+// The characters of a well-formed text as a set in order.
 inline std::vector<std::int32_t> set_of(std::string_view characters) {
   std::vector<std::int32_t> set = spell(characters);
   std::sort(set.begin(), set.end());
