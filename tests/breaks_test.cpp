@@ -25,36 +25,6 @@ TEST(FindBreaks, StartsForwardFromWhatTheHostNowHolds) {
   EXPECT_EQ(found, 1);
 }
 
-TEST(BreakLists, FollowTheirRules) {
-  using enum BreakCall::Operation;
-  struct Case {
-    const char* what;
-    BreakCall::Operation operation;
-    const char* text;
-    std::int32_t unit, start, end;
-    std::optional<Longs> want;
-  };
-  const char* const word = "h\xC3\xA9llo";
-  const Case cases[] = {
-      {"a short one", kEveryFew, word, 2, 0, 6, Longs{3, 3, 5, 5}},
-      {"no break", kEveryFew, "ab", 3, 0, 2, Longs{}},
-      {"a stray holds", kEveryFew, "a\x80", 1, 0, 2, {}},
-      {"behind a space", kAtSpaces, "ab cd efgh", 5, 0, 10, Longs{3, 3, 6, 6}},
-      {"a word too long", kAtSpaces, "abcdefg", 3, 0, 7, Longs{3, 3, 6, 6}},
-      {"a feed begins anew", kAtSpaces, "ab\ncd efgh", 5, 0, 10, Longs{6, 6}},
-      {"beyond the text", kEveryFew, "abc", 1, 0, 4, {}},
-      {"before the text", kAtSpaces, "abc", 1, -1, 3, {}},
-      {"no width", kAtSpaces, "abc", 0, 0, 3, {}},
-  };
-  for (const Case& c : cases) {
-    const BreakCall call = {c.operation, c.text, c.unit, c.start, c.end};
-    expect_answer(
-        c.what, call,
-        {.result = c.want ? 1 : 0,
-         .list = c.want ? unlocked(bytes_in(*c.want)) : BlockState{}});
-  }
-}
-
 // Lists that outgrow their first capacity, which counts on full lines.
 TEST(BreakLists, Grow) {
   const BreakCall call = {.operation = BreakCall::kAtSpaces,

@@ -17,20 +17,6 @@ WordTableCall::Word word(std::string_view characters, std::string with) {
   return {spell(characters), std::move(with)};
 }
 
-TEST(WordTables, ReplaceByTheFirstWordThatBeginsAMatch) {
-  const WordTableCall call = {
-      .words = {word("ca", "dog"), word("cat", "never"), word("sat", ""),
-                word("mat", "mat")},
-      .mask = {{'C'}, {'c'}},
-      .text = "the Cat sat on a mat, carelessly",
-      .to = 26,  // "care"
-      .parts = {{set_of("Cabcdefghijklmnopqrstuvwxyz")}}};
-  expect_answer("words", call,
-                {.result = 1,
-                 .outs = {22, 22},
-                 .text = unlocked("the dog  on a mat, doglessly")});
-}
-
 // The index needs memory; without it the words are tried one by one.
 TEST(WordTables, FindTheSameWithAndWithoutAnIndex) {
   for_random_inputs(72, 4000, [](Input& in) -> std::string {
