@@ -2,11 +2,7 @@
 // fuzzer's bytes.
 #include <cstdio>
 
-#include "tests/support/input.h"
-
-namespace quill::test {
-std::string QUILL_CHECK(Input& in);
-}
+#include "tests/checks/calls.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data,
                                       std::size_t size) {

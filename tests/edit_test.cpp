@@ -1,8 +1,6 @@
 // Deleting, wrapping, inserting, overlaying and multiple insertion.
 #include <gtest/gtest.h>
 
-#include <numeric>
-
 #include "tests/checks/calls.h"
 #include "tests/support/alphabet.h"
 #include "tests/support/expect.h"

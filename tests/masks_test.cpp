@@ -2,7 +2,6 @@
 // text.
 #include <gtest/gtest.h>
 
-#include <limits>
 #include <numeric>
 
 #include "tests/checks/calls.h"
@@ -20,39 +19,6 @@ TEST(Masks, MapNothingWithoutKeysOrValues) {
   const Longs longs = {0x41, 0x42, 0x43};
   EXPECT_EQ(utf8_MaskChar(0x41, longs.data(), nullptr, 3, 1), 0x41);
   EXPECT_EQ(utf8_MaskChar(0x41, nullptr, longs.data(), 3, 0), 0x41);
-}
-
-TEST(Masks, RewriteByTheirRules) {
-  using enum MaskCall::Operation;
-  const struct {
-    const char* what;
-    MaskCall::Operation operation;
-    const char* text;
-    std::int32_t mask_count, start, end;
-    Longs selections;
-    const char* want;  // null where nothing is written, empty for no Block
-  } cases[] = {
-      {"strays are left out", kRewrite, "b\x80z", 2, 0, 3, {}, "Bz"},
-      {"and zero bytes", kRewrite, "az", 2, 0, 2, {}, "\xC3\x81z"},
-      {"a negative count maps nothing", kRewrite, "ab", -1, 0, 2, {}, "ab"},
-      {"an empty mask", kRewrite, "ab", 0, 0, 2, {}, nullptr},
-      {"before the text", kRewrite, "ab", 2, -1, 1, {}, nullptr},
-      {"half a character", kRewrite, "b\xC3\xA9", 2, 0, 2, {}, ""},
-      {"here", kRewriteSelections, "bbbb", 2, 0, 0, {1, 2, 3, 4}, "bBbB"},
-      {"once", kRewriteSelections, "bbbb", 2, 0, 0, {2, 3, 0, 4}, "bbBB"},
-      {"beyond", kRewriteSelections, "bb", 2, 0, 0, {0, 3}, nullptr},
-      {"no text", kRewriteSelections, "", 2, 0, 0, {}, nullptr},
-  };
-  const Mask mask = {{'a', 'b'}, {0x8100C3, 'B'}};
-  for (const auto& c : cases) {
-    const MaskCall call = {c.operation,  c.text,  mask, c.mask_count,
-                           c.selections, c.start, c.end};
-    const bool writes_nothing = c.want == nullptr;
-    expect_answer(c.what, call,
-                  {.text = writes_nothing    ? BlockState{}
-                           : *c.want == '\0' ? kNoBlock
-                                             : unlocked(c.want)});
-  }
 }
 
 // Characters that grow four times as long, past every step of growth.

@@ -1,10 +1,8 @@
 // Selections copied, compared, sorted, ordered, mapped, inverted and extracted.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <numeric>
 
-#include "blocks/byte_kernels.h"
 #include "tests/checks/calls.h"
 #include "tests/support/expect.h"
 #include "tests/support/guarded_text.h"
@@ -93,13 +91,6 @@ TEST(SortSelections, AgreeWithNaiveTwinOnLongEqualTexts) {
   call.mask = {{'A'}, {'a'}};
   call.mask_count = 1;
   EXPECT_EQ(first_difference(call), "");
-}
-
-TEST(SortSelections, KeepTheirRules) {
-  const SelectionCall call = {.text = "b\xC3\xA9 ab",
-                              .list = {5, 6, 1, 3, 4, 6, 0, 1, 4, 5}};
-  // Equal texts come in the heap sort's order.
-  expect_answer("a, ab, b, b, e", call, {.result = 1, .outs = {4, 5, 4, 6}});
 }
 
 TEST(SortSelections, NeedNoMemory) {

@@ -88,9 +88,7 @@ TEST(StringSearch, LooksAtTheSecondCharacter) {
 // forward search passes over and a backward search tries.
 TEST(StringSearch, BackwardsTriesContinuationBytesAtTheStart) {
   StringSearch call = {.operation = StringSearch::kFindPrevious,
-                       .text =
-                           "\x80\x80"
-                           "a ",
+                       .text = "\200\200a ",
                        .pattern = spell("a"),
                        .breaks = Longs{0x20}};
   expect_answer("backward", call, {.result = 1, .outs = {0, 0}});

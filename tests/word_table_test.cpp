@@ -66,11 +66,10 @@ TEST(ReplaceTables, HoldAnEntryForEachSelection) {
     EXPECT_FALSE(is_locked(list.block) || is_locked(table));
     auto** entries = reinterpret_cast<QuillReplaceEntry**>(*table);
     for (std::size_t i = 0; i < c.wanted.size() / 2; ++i) {
-      EXPECT_EQ(entries[i]->start, c.wanted[2 * i]);
-      EXPECT_EQ(entries[i]->end, c.wanted[2 * i + 1]);
-      EXPECT_EQ(entries[i]->replacement, nullptr);
-      EXPECT_EQ(entries[i]->replacement_length, 0);
-      EXPECT_EQ(entries[i]->kind, 0);
+      const auto [start, end, replacement, length, kind] = *entries[i];
+      EXPECT_EQ((Longs{start, end, length, kind}),
+                (Longs{c.wanted[2 * i], c.wanted[2 * i + 1], 0, 0}));
+      EXPECT_EQ(replacement, nullptr);
     }
     EXPECT_EQ(DisposeReplaceTable(table, count), 1);
     EXPECT_EQ(heap.outstanding(), 0);

@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "tests/checks/calls.h"
 #include "tests/support/guarded_text.h"
 

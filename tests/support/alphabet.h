@@ -11,16 +11,9 @@ namespace quill::test {
 
 // A few of every length, close to each other so that matches are frequent.
 inline const std::vector<std::string>& alphabet() {
-  static const std::vector<std::string> characters = {"a",
-                                                      "b",
-                                                      "A",
-                                                      " ",
-                                                      "\n",
-                                                      "\xC3\xA9",
-                                                      "\xC3\x89",
-                                                      "\xE2\x82\xAC",
-                                                      "\xE4\xB8\xAD",
-                                                      "\xF0\x9F\x98\x80"};
+  static const std::vector<std::string> characters = {
+      "a",      "b",      "A",      " ",      "\n",
+      "\u00E9", "\u00C9", "\u20AC", "\u4E2D", "\U0001F600"};
   return characters;
 }
 
