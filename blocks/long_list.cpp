@@ -7,7 +7,7 @@
 namespace quill {
 
 bool LongList::start() {
-  block_ = NewHandle(0);
+  block_ = new_handle_with_room(kRoomAtOnce);
   return block_ != nullptr;
 }
 

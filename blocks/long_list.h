@@ -68,6 +68,7 @@ class LongList {
   [[nodiscard]] bool make_room(Offset longs);
 
   static constexpr Offset kOnStack = 256;
+  static constexpr std::uint16_t kRoomAtOnce = 128;  // bytes, of most lists
 
   QuillBlock block_ = nullptr;
   std::array<std::int32_t, kOnStack> on_stack_;  // undefined until appended to

@@ -2,61 +2,78 @@
 // realloc, which remaps pages instead of copying them where the system can.
 #include "blocks/memory_manager.h"
 
-#include <cstddef>
+#include <algorithm>
+#include <cassert>
 #include <cstdlib>
+#include <cstring>
 
 namespace quill {
 namespace {
 
-struct Record {
-  char* contents;        // the master pointer; must stay the first member
-  std::size_t capacity;  // bytes behind `contents`; 0: it points at `nothing`
-  std::int32_t size;
-  bool locked;
-  alignas(8) char nothing;  // what the contents of an empty Block point at
-};
+// Larger Blocks lie by themselves: they may be grown without a copy, and give
+// memory back.
+constexpr std::int32_t kMostOwnRoom = 512;
 
-Record* record_of(QuillBlock block) {
-  static_assert(offsetof(Record, contents) == 0);
-  return reinterpret_cast<Record*>(block);
+char* own_room(BlockRecord& record) {
+  return reinterpret_cast<char*>(&record + 1);
+}
+
+bool is_detached(BlockRecord& record) {
+  return record.contents != own_room(record);
+}
+
+BlockRecord* make_record(std::size_t room) {
+  void* const memory = std::malloc(sizeof(BlockRecord) + room);
+  if (memory == nullptr) return nullptr;
+  auto* const record = static_cast<BlockRecord*>(memory);
+  record->contents = own_room(*record);
+  record->capacity = room;
+  record->size = 0;
+  record->own_room = static_cast<std::uint16_t>(room);
+  record->locked = false;
+  return record;
 }
 
 QuillBlock make_block(std::int32_t size, bool clear) {
   if (size < 0) return nullptr;
-  auto* record = static_cast<Record*>(std::malloc(sizeof(Record)));
+  const auto byte_count = static_cast<std::size_t>(size);
+  const bool is_small = size <= kMostOwnRoom;
+  BlockRecord* const record = make_record(is_small ? byte_count : 0);
   if (record == nullptr) return nullptr;
-  record->contents = &record->nothing;
-  record->capacity = 0;
-  record->size = 0;
-  record->locked = false;
-  record->nothing = 0;
-  if (size == 0) return &record->contents;
-
-  const auto capacity = static_cast<std::size_t>(size);
-  void* contents = clear ? std::calloc(capacity, 1) : std::malloc(capacity);
+  record->size = size;
+  if (is_small) {
+    if (clear) std::memset(record->contents, 0, byte_count);
+    return &record->contents;
+  }
+  void* const contents =
+      clear ? std::calloc(byte_count, 1) : std::malloc(byte_count);
   if (contents == nullptr) {
     std::free(record);
     return nullptr;
   }
   record->contents = static_cast<char*>(contents);
-  record->capacity = capacity;
-  record->size = size;
+  record->capacity = byte_count;
   return &record->contents;
 }
 
-bool reallocate(Record& record, std::size_t capacity) {
-  void* old = record.capacity == 0 ? nullptr : record.contents;
-  void* contents = std::realloc(old, capacity);
+bool reallocate(BlockRecord& record, std::size_t capacity) {
+  const bool was_detached = is_detached(record);
+  void* const contents = was_detached ? std::realloc(record.contents, capacity)
+                                      : std::malloc(capacity);
   if (contents == nullptr) return false;
+  if (!was_detached) {
+    std::memcpy(contents, record.contents,
+                static_cast<std::size_t>(record.size));
+  }
   record.contents = static_cast<char*>(contents);
   record.capacity = capacity;
   return true;
 }
 
-void release_contents(Record& record) {
-  if (record.capacity != 0) std::free(record.contents);
-  record.contents = &record.nothing;
-  record.capacity = 0;
+void release_contents(BlockRecord& record) {
+  if (is_detached(record)) std::free(record.contents);
+  record.contents = own_room(record);
+  record.capacity = record.own_room;
 }
 
 // Room worth giving back. A Block that shrinks a little often grows again at
@@ -71,18 +88,25 @@ QuillBlock NewHandle(std::int32_t size) { return make_block(size, false); }
 
 QuillBlock NewHandleClear(std::int32_t size) { return make_block(size, true); }
 
+QuillBlock new_handle_with_room(std::uint16_t byte_count) {
+  BlockRecord* const record = make_record(byte_count);
+  return record == nullptr ? nullptr : &record->contents;
+}
+
 bool resize_handle(QuillBlock block, std::int32_t size) {
   if (block == nullptr || size < 0) return false;
-  Record& record = *record_of(block);
+  BlockRecord& record = *record_of(block);
   record.locked = false;
   const auto wanted = static_cast<std::size_t>(size);
   if (wanted > record.capacity) {
     if (!reallocate(record, wanted)) return false;
-  } else if (wanted == 0) {
-    release_contents(record);
-  } else if (is_wasteful(record.capacity, wanted)) {
-    // Giving memory back may fail without harm: the Block keeps the room.
-    static_cast<void>(reallocate(record, wanted));
+  } else if (is_wasteful(record.capacity, wanted) && is_detached(record)) {
+    if (wanted == 0) {
+      release_contents(record);
+    } else {
+      // Giving memory back may fail without harm: the Block keeps the room.
+      static_cast<void>(reallocate(record, wanted));
+    }
   }
   record.size = size;
   return true;
@@ -92,33 +116,30 @@ void SetHandleSize(QuillBlock block, std::int32_t size) {
   static_cast<void>(resize_handle(block, size));
 }
 
-std::int32_t GetHandleSize(QuillBlock block) {
-  return block == nullptr ? 0 : record_of(block)->size;
-}
-
-void HLock(QuillBlock block) { record_of(block)->locked = true; }
-
-void HUnlock(QuillBlock block) {
-  if (block != nullptr) record_of(block)->locked = false;
-}
-
-bool is_locked(QuillBlock block) { return record_of(block)->locked; }
-
 void DisposeHandle(QuillBlock block) {
   if (block == nullptr) return;
-  release_contents(*record_of(block));
-  std::free(record_of(block));
+  BlockRecord* const record = record_of(block);
+  if (is_detached(*record)) std::free(record->contents);
+  std::free(record);
+}
+
+bool detach_contents(QuillBlock block) {
+  BlockRecord& record = *record_of(block);
+  const auto size = static_cast<std::size_t>(record.size);
+  return is_detached(record) ||
+         reallocate(record, std::max<std::size_t>(size, 1));
 }
 
 void move_contents(QuillBlock from, QuillBlock to) {
-  Record& source = *record_of(from);
-  Record& target = *record_of(to);
-  if (source.capacity != 0) {
+  BlockRecord& source = *record_of(from);
+  BlockRecord& target = *record_of(to);
+  assert(is_detached(source) || source.size == 0);
+  if (is_detached(source)) {
     target.contents = source.contents;
     target.capacity = source.capacity;
     target.size = source.size;
   }
-  std::free(record_of(from));
+  std::free(&source);
 }
 
 }  // namespace quill

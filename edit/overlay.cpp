@@ -79,7 +79,8 @@ bool overlay(QuillBlock* variable, QuillBlock selections, const Template& form,
     return overlay_in_place(text, selections, form, limits);
   }
   const QuillBlock result = NewHandle(0);
-  if (result == nullptr) {
+  if (result == nullptr || !detach_contents(text)) {
+    DisposeHandle(result);
     HUnlock(selections);
     HUnlock(text);
     return false;

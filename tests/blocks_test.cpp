@@ -25,8 +25,11 @@ TEST(Blocks, KeepContentsAcrossResizes) {
 TEST(Blocks, FollowTheirRules) {
   const HeldBlock empty("");
   EXPECT_NE(LockBlock(empty.block), nullptr) << "an empty one has an address";
-  const HeldBlock clear(NewBlockClear(300'000));
-  EXPECT_EQ(clear.bytes(), std::string(300'000, '\0'));
+  for (const std::size_t size : {0U, 1U, 512U, 513U, 300'000U}) {
+    DisposeBlock(block_of(std::string(size, 'x')));  // memory in use before
+    const HeldBlock clear(NewBlockClear(static_cast<std::int32_t>(size)));
+    EXPECT_EQ(clear.bytes(), std::string(size, '\0'));
+  }
 
   EXPECT_EQ(NewBlock(-1), nullptr);
   EXPECT_EQ(NewBlockClear(-1), nullptr);
@@ -78,7 +81,7 @@ TEST(ActiveBlocks, ResizeAsTheContractSays) {
 }
 
 TEST(ActiveBlocks, AreGoneOnceGrowthWasRefused) {
-  const HeapWatch heap(2, true);
+  const HeapWatch heap(1, true);
   QuillBlock block = NewBlock(3);
   char* contents = LockBlock(block);
   std::int32_t capacity = 3;

@@ -1,6 +1,8 @@
 // Deleting, wrapping, inserting, overlaying and multiple insertion.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/checks/calls.h"
 #include "tests/support/alphabet.h"
 #include "tests/support/expect.h"
@@ -151,6 +153,29 @@ TEST(Overlay, MakesRoomForWhatItWrites) {
         .characters = Longs(size, packed("\xF0\x9F\x98\x80")),
         .flags = Flags(size, 1)};
     ASSERT_EQ(first_difference(call), "");
+  }
+}
+
+// The new Block takes over the old one's contents, wherever they lie: a small
+// Block lies with its record, and by itself once it has grown.
+TEST(Overlay, HandsOverTextsMadeAndGrownToAnySize) {
+  const unsigned char flags[] = {1, 1};
+  const Longs form = {'x', 'y'};
+  for (const std::int32_t made : {0, 1, 100, 512, 513}) {
+    for (const std::size_t size : {0U, 1U, 100U, 600U}) {
+      const HeapWatch heap;
+      {
+        const std::string bytes(size, 'a');
+        HeldBlock text(NewBlock(made));
+        ResizeBlock(text.block, static_cast<std::int32_t>(size));
+        std::copy(bytes.begin(), bytes.end(), *text.block);
+        const HeldBlock list(Longs{0, 0});
+        EXPECT_EQ(
+            InsertMaskedStr(&text.block, list.block, form.data(), 2, flags), 1);
+        EXPECT_EQ(text.bytes(), "xy" + bytes) << "made with " << made;
+      }
+      EXPECT_EQ(heap.outstanding(), 0);
+    }
   }
 }
 

@@ -88,7 +88,7 @@ TEST(ReplaceTables, AreNotMadeFromNothing) {
   EXPECT_TRUE(is_refused(list.block, 0));
   EXPECT_TRUE(is_refused(list.block, -2));
   EXPECT_TRUE(is_refused(nullptr, 2));
-  for (int fail_at = 0; fail_at < 4; ++fail_at) {
+  for (int fail_at = 0; fail_at < 3; ++fail_at) {
     const HeapWatch heap(fail_at);
     EXPECT_TRUE(is_refused(list.block, 4)) << fail_at;
     EXPECT_FALSE(is_locked(list.block));
