@@ -75,6 +75,34 @@ TEST(MaskedTexts, BisectForAsciiInAnyOrder) {
   }
 }
 
+// Keys that are neighbours are prepared many at once: as many as fit anywhere,
+// and with one that breaks the row, by its key or by the length of its value.
+TEST(MaskedTexts, MapNeighboursInRowsOfEveryLength) {
+  MaskCall call = {.operation = MaskCall::kRewrite};
+  for (char letter = 127; letter >= 0; --letter) call.text += letter;
+  call.end = 128;
+  for (const std::int32_t count : {1, 2, 15, 16, 17, 26, 31, 32, 33, 64, 128}) {
+    for (const std::int32_t first : {0, 1, 40, 65, 128 - count}) {
+      if (first + count > 128) continue;
+      const auto size = static_cast<std::size_t>(count);
+      Mask mask = {Longs(size), Longs(size)};
+      std::iota(mask.keys.begin(), mask.keys.end(), first);
+      std::iota(mask.values.begin(), mask.values.end(), 255 - count);
+      call.mask_count = count;
+      call.mask = mask;
+      ASSERT_EQ(first_difference(call), "") << count << " from " << first;
+      for (const std::size_t at : {std::size_t{0}, size / 2, size - 1}) {
+        call.mask = mask;
+        call.mask.values[at] = 0x180;
+        ASSERT_EQ(first_difference(call), "") << count << " from " << first;
+        call.mask = mask;
+        call.mask.keys[at] += at == 0 ? -1 : 1;
+        ASSERT_EQ(first_difference(call), "") << count << " from " << first;
+      }
+    }
+  }
+}
+
 TEST(MaskedTexts, LeaveNothingBehindWhenMemoryIsShort) {
   MaskCall call = {.text = std::string(1000, 'a'),
                    .mask = {{'a'}, {0xA9C3}},

@@ -38,10 +38,11 @@ void set_ascii(CharacterMap& map, std::size_t key, std::int32_t value) {
   map.changed_rows = static_cast<Byte>(map.changed_rows | 1u << (key >> 4));
 }
 
-// Sets neighbours, such as the letters from A to Z, that have single bytes for
-// values. False when they are none.
-bool set_neighbours(const std::int32_t* keys, const std::int32_t* values,
-                    std::int32_t count, CharacterMap& map) {
+bool set_neighbours_plainly(const std::int32_t* keys,
+                            const std::int32_t* values, std::int32_t count,
+                            CharacterMap& map) {
+  map.ascii = kIdentity;
+  if (count <= 0) return true;
   const std::int32_t key = keys[0];
   if (key < 0 || key > 128 - count) return false;
   std::int32_t wrong = 0;
@@ -51,9 +52,25 @@ bool set_neighbours(const std::int32_t* keys, const std::int32_t* values,
   if (wrong != 0) return false;
   Byte* const to = map.ascii.data() + key;
   for (std::int32_t i = 0; i < count; ++i) to[i] = static_cast<Byte>(values[i]);
-  const int rows = (2 << ((key + count - 1) >> 4)) - (1 << (key >> 4));
-  map.changed_rows = static_cast<Byte>(rows);
   return true;
+}
+
+// Sets none, or neighbours, such as the letters from A to Z, that have single
+// bytes for values. False, with all ASCII unchanged, when they are others.
+bool set_neighbours(const std::int32_t* keys, const std::int32_t* values,
+                    std::int32_t count, CharacterMap& map) {
+  bool is_set = false;
+#if defined(__x86_64__)
+  is_set = instructions() == Instructions::kAvx512 && count > 0 &&
+           map_neighbours_avx512(keys, values, count, map);
+#endif
+  is_set = is_set || set_neighbours_plainly(keys, values, count, map);
+  if (is_set && count > 0) {
+    const int rows =
+        (2 << ((keys[0] + count - 1) >> 4)) - (1 << (keys[0] >> 4));
+    map.changed_rows = static_cast<Byte>(rows);
+  }
+  return is_set;
 }
 
 // Fills the tables for longer characters from a mask.
@@ -192,15 +209,14 @@ bool is_in_order(const Byte* from, Offset length, Offset room) {
 }  // namespace
 
 void map_ascii(const Mask& mask, CharacterMap& map) {
-  map.ascii = kIdentity;
   if (mask.is_identity()) {
+    map.ascii = kIdentity;
     map.kinds.fill(CharacterMap::kCopied);
     return;
   }
   map.kinds.fill(CharacterMap::kStop);
   const AsciiKeys place(mask);
   const auto count = static_cast<std::int32_t>(place.limit - place.first);
-  if (count <= 0) return;
   if (set_neighbours(mask.keys + place.first, mask.values + place.first, count,
                      map)) {
     return;

@@ -29,6 +29,16 @@ void store(__m512i bytes, char* to, Offset size) {
   move_bytes(to, block, size);
 }
 
+constexpr auto kNumbers = [] {
+  std::array<Byte, 64> numbers{};
+  for (Byte i = 0; i < 64; ++i) numbers[i] = i;
+  return numbers;
+}();
+__m512i sixteen_numbers() {
+  return _mm512_cvtepu8_epi32(
+      _mm_loadu_si128(reinterpret_cast<const __m128i*>(kNumbers.data())));
+}
+
 class Mapper {
  public:
   explicit Mapper(const CharacterMap& map)
@@ -197,6 +207,43 @@ MappedRun map_characters_avx512(const CharacterMap& map, const Byte* from,
     run.characters += part.characters;
   }
   return run;
+}
+
+// In whole registers: what is stored in pieces takes long to load at once.
+bool map_neighbours_avx512(const std::int32_t* keys, const std::int32_t* values,
+                           std::int32_t count, CharacterMap& map) {
+  constexpr std::int32_t kMost = 32;
+  const std::int32_t key = keys[0];
+  if (count > kMost || key < 0 || key > 128 - count) return false;
+  const Bits which = low_bits(count);
+  const auto low = static_cast<__mmask16>(which);
+  const auto high = static_cast<__mmask16>(which >> 16);
+  const __m512i expected =
+      _mm512_add_epi32(_mm512_set1_epi32(key), sixteen_numbers());
+  const __m512i low_values = _mm512_maskz_loadu_epi32(low, values);
+  const __m512i high_values = _mm512_maskz_loadu_epi32(high, values + 16);
+  const __m512i low_wrong = _mm512_maskz_xor_epi32(
+      low, expected, _mm512_maskz_loadu_epi32(low, keys));
+  const __m512i high_wrong = _mm512_maskz_xor_epi32(
+      high, _mm512_add_epi32(expected, _mm512_set1_epi32(16)),
+      _mm512_maskz_loadu_epi32(high, keys + 16));
+  const __m512i beyond = _mm512_andnot_si512(
+      _mm512_set1_epi32(0xFF), _mm512_or_si512(low_values, high_values));
+  const __m512i wrong =
+      _mm512_or_si512(_mm512_or_si512(low_wrong, high_wrong), beyond);
+  if (_mm512_test_epi32_mask(wrong, wrong) != 0) return false;
+  const __m512i bytes = _mm512_castsi256_si512(_mm256_set_m128i(
+      _mm512_cvtepi32_epi8(high_values), _mm512_cvtepi32_epi8(low_values)));
+  __m512i own = load(kNumbers.data());
+  for (Byte* to = map.ascii.data(); to < map.ascii.data() + 128; to += kBlock) {
+    const __m512i index = _mm512_sub_epi8(own, fill(static_cast<Byte>(key)));
+    const Bits changed =
+        _mm512_cmplt_epu8_mask(index, fill(static_cast<Byte>(count)));
+    _mm512_store_si512(
+        to, _mm512_mask_permutexvar_epi8(own, changed, index, bytes));
+    own = _mm512_add_epi8(own, fill(kBlock));
+  }
+  return true;
 }
 
 }  // namespace quill

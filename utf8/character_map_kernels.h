@@ -12,6 +12,12 @@ MappedRun map_characters_avx2(const CharacterMap& map, const Byte* from,
 MappedRun map_characters_avx512(const CharacterMap& map, const Byte* from,
                                 Offset size, char* to, Offset most);
 
+// Fills the table of ASCII from a few neighbours, such as the letters from A to
+// Z, that have single bytes for values. False, with nothing written, when they
+// are none.
+bool map_neighbours_avx512(const std::int32_t* keys, const std::int32_t* values,
+                           std::int32_t count, CharacterMap& map);
+
 }  // namespace quill
 
 #endif  // __x86_64__
