@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <string_view>
 
 #include "blocks/block_lock.h"
@@ -56,16 +57,53 @@ bool overlay_string(QuillBlock* variable, QuillBlock selections,
                  limits);
 }
 
-// Puts the string over selections that are all as long as it is.
-void write_over(char* text, std::span<const Selection> selections,
-                std::string_view string) {
+using Selections = std::span<const Selection>;
+
+// Calls `put` with the place of every selection. From the last one to the
+// first: whoever has just searched the text, or filled it, has left its end in
+// the caches.
+template <class Put>
+inline void put_at_each(char* text, Selections selections, Put put) {
   const Offset count = std::ssize(selections);
   for (Offset i = 0; i < count; ++i) {
     const Selection& selection = selections[static_cast<std::size_t>(i)];
     if (i + kSelectionsAhead < count) {
       fetch_text(text, (&selection)[kSelectionsAhead]);
     }
-    move_bytes(text + selection.start, string.data(), std::ssize(string));
+    put(text + selection.start);
+  }
+}
+
+// For strings of sizeof(Piece) to twice as many bytes.
+template <class Piece>
+void put_pieces_at_each(char* text, Selections selections,
+                        std::string_view string) {
+  const Offset behind = std::ssize(string) - Offset{sizeof(Piece)};
+  const auto first = load<Piece>(string.data());
+  const auto last = load<Piece>(string.data() + behind);
+  put_at_each(text, selections, [=](char* to) {
+    store(to, first);
+    store(to + behind, last);
+  });
+}
+
+// Puts the string over selections that are all as long as it is.
+void write_over(char* text, Selections selections, std::string_view string) {
+  switch (std::bit_width(string.size())) {
+    case 1:
+      return put_pieces_at_each<char>(text, selections, string);
+    case 2:
+      return put_pieces_at_each<std::uint16_t>(text, selections, string);
+    case 3:
+      return put_pieces_at_each<std::uint32_t>(text, selections, string);
+    case 4:
+      return put_pieces_at_each<std::uint64_t>(text, selections, string);
+    case 5:
+      return put_pieces_at_each<Bytes16>(text, selections, string);
+    default:
+      put_at_each(text, selections, [=](char* to) {
+        move_bytes(to, string.data(), std::ssize(string));
+      });
   }
 }
 
