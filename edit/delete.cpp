@@ -1,8 +1,8 @@
 #include "edit/delete.h"
 
 #include "blocks/block_lock.h"
+#include "edit/one_place.h"
 #include "edit/one_string.h"
-#include "edit/splice.h"
 
 namespace quill {
 
@@ -12,12 +12,13 @@ bool delete_selections(QuillBlock text, QuillBlock selections,
   BlockLock text_lock(text);
   const BlockLock list_lock(selections);
   const std::span<std::int32_t> longs = list_lock.longs();
+  const std::span<Selection> places = selections_of(longs);
+  if (longs.size() == 2) return replace_one(text_lock, places[0], {}, limits);
   const ListSurvey list(longs, text_lock.size(), 0);
   if (!list.is_canonical) return false;
-  const std::span<Selection> places = selections_of(longs);
   const RepeatedString nothing({}, std::ssize(places));
-  return splice(text_lock, OneString<false>(places, nothing), list.growth,
-                limits);
+  return splice_string(text_lock, OneString<false>(places, nothing),
+                       list.growth, limits);
 }
 
 }  // namespace quill

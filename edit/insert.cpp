@@ -9,6 +9,7 @@
 #include "blocks/scratch.h"
 #include "edit/byte_string.h"
 #include "edit/delete.h"
+#include "edit/one_place.h"
 #include "edit/one_string.h"
 #include "edit/splice.h"
 #include "utf8/characters.h"
@@ -114,21 +115,26 @@ bool replace_selections(QuillBlock text, QuillBlock selections,
   if (text == nullptr) return false;
   BlockLock text_lock(text);
   const std::span<std::int32_t> longs = list_lock.longs();
+  const std::span<Selection> places = selections_of(longs);
+  if (longs.size() == 2) {
+    if (!replace_one(text_lock, places[0], string, limits)) return false;
+    note(places[0], 0, std::ssize(string));
+    return true;
+  }
   const ListSurvey list(longs, text_lock.size(), std::ssize(string));
   if (!list.is_canonical) return false;
-  const std::span<Selection> places = selections_of(longs);
   const RepeatedString repeated(string, std::ssize(places));
   if (list.shrinks) {
     const OneString<true> edits(places, repeated);
     return splice(text_lock, edits, list.growth, limits);
   }
   // Every place is noted already.
-  if (list.growth == 0 && limits.allow(text_lock.size())) {
+  if (list.growth == 0) {
     write_over(text_lock.contents(), places, string);
     return true;
   }
-  const OneString<false> edits(places, repeated);
-  return splice(text_lock, edits, list.growth, limits);
+  return splice_string(text_lock, OneString<false>(places, repeated),
+                       list.growth, limits);
 }
 
 }  // namespace

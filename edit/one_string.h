@@ -8,8 +8,9 @@
 #include <span>
 #include <string_view>
 
-#include "blocks/base.h"
+#include "blocks/block_lock.h"
 #include "blocks/repeated_string.h"
+#include "edit/size_limits.h"
 #include "selection/selection_list.h"
 
 namespace quill {
@@ -30,6 +31,14 @@ struct ListSurvey {
   Offset growth;  // of the text; the lengths lie in it side by side
 };
 
+// Moves a selection to where it lies once those before it have shrunk by
+// `shrunk` bytes, and it has been replaced if it shrinks itself.
+inline void note(Selection& selection, Offset shrunk, Offset string_length) {
+  const Offset kept = std::min(selection.length(), string_length);
+  selection.start = to_long(selection.start - shrunk);
+  selection.end = to_long(selection.start + kept);
+}
+
 template <bool notes_places>
 class OneString {
  public:
@@ -48,10 +57,7 @@ class OneString {
     string_->put(at, room);
   }
   void note(Offset k, Offset shrunk) const {
-    Selection& selection = at(k);
-    const Offset kept = std::min(selection.length(), string_->length());
-    selection.start = to_long(selection.start - shrunk);
-    selection.end = to_long(selection.start + kept);
+    quill::note(at(k), shrunk, string_->length());
   }
 
  private:
@@ -62,5 +68,9 @@ class OneString {
   std::span<Selection> selections_;
   const RepeatedString* string_;
 };
+
+// splice() of the edit, for all who don't want the places noted.
+[[nodiscard]] bool splice_string(BlockLock& text, const OneString<false>& edits,
+                                 Offset growth, const SizeLimits& limits);
 
 }  // namespace quill

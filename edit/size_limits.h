@@ -1,4 +1,5 @@
-// The sizes that a text may have after an edit.
+// The sizes that a text may have after an edit. The one that it has already is
+// always among them.
 #pragma once
 
 #include "blocks/base.h"
