@@ -31,35 +31,56 @@ class Composer {
   }
   const char* bytes() const { return out_; }
 
+  // Whether the template can be laid over the bytes of the text, as many as it
+  // has characters, without a change in length; and laying it there.
+  bool is_blended() const { return is_blended_; }
+  bool is_ascii_text(const char* own) const {
+    std::uint64_t all = 0;
+    for_each_word(
+        [&]<class Word>(Offset at, Word) { all |= load<Word>(own + at); });
+    return (all & 0x8080808080808080) == 0;
+  }
+  void blend_over(char* own) const {
+    for_each_word([&]<class Word>(Offset at, Word) {
+      store(own + at, blended<Word>(own, at));
+    });
+  }
+
  private:
   static constexpr Offset kFew = 64;
 
   void prepare_blend();
   Offset compose_by_character(const char* text, Offset start, Offset end);
 
+  // Calls `visit` with where in a short template words begin that together
+  // cover it, and with such a word. They may overlap.
+  template <class Visit>
+  void for_each_word(Visit visit) const {
+    if (count_ >= 8) {
+      for (Offset at = 0; at + 8 < count_; at += 8) visit(at, std::uint64_t{});
+      visit(count_ - 8, std::uint64_t{});
+    } else if (count_ >= 4) {
+      visit(0, std::uint32_t{});
+      visit(count_ - 4, std::uint32_t{});
+    } else {
+      for (Offset at = 0; at < count_; ++at) visit(at, std::uint8_t{});
+    }
+  }
+
+  template <class Word>
+  Word blended(const char* own, Offset at) const {
+    const auto open = load<Word>(open_mask_.data() + at);
+    const auto fixed = load<Word>(form_bytes_.data() + at);
+    return static_cast<Word>((load<Word>(own + at) & open) | fixed);
+  }
+
   // Blends as many bytes of the text as the template has characters. False
   // where they are not ASCII, and so not as many characters.
   bool blend(const char* own) {
-    bool is_ascii = true;
-    for (Offset i = 0; i + 8 < count_; i += 8) is_ascii &= blend_word(own, i);
-    if (count_ >= 8) return is_ascii && blend_word(own, count_ - 8);
-    for (Offset i = 0; i < count_; ++i) is_ascii &= blend_byte(own, i);
-    return is_ascii;
-  }
-
-  // Blends one word, eight characters.
-  bool blend_word(const char* own, Offset at) {
-    const auto word = load<std::uint64_t>(own + at);
-    const auto open = load<std::uint64_t>(open_mask_.data() + at);
-    const auto fixed = load<std::uint64_t>(form_bytes_.data() + at);
-    store(few_.data() + at, (word & open) | fixed);
-    return (word & 0x8080808080808080) == 0;
-  }
-
-  bool blend_byte(const char* own, Offset at) {
-    const auto i = static_cast<std::size_t>(at);
-    few_[i] = static_cast<char>((own[i] & open_mask_[i]) | form_bytes_[i]);
-    return (own[i] & 0x80) == 0;
+    for_each_word([&]<class Word>(Offset at, Word) {
+      store(few_.data() + at, blended<Word>(own, at));
+    });
+    return is_ascii_text(own);
   }
 
   const Template form_;

@@ -3,6 +3,7 @@
 #include "blocks/block_lock.h"
 #include "edit/composer.h"
 #include "edit/delete.h"
+#include "edit/one_string.h"
 #include "edit/splice.h"
 #include "selection/selection_list.h"
 
@@ -50,15 +51,53 @@ Offset growth_of(const Overlaying& edits) {
   return growth;
 }
 
+// Calls `visit` with the text of every selection up to one for which it answers
+// false, and tells whether there was none.
+template <class Visit>
+bool visit_each(char* text, std::span<const Selection> selections,
+                Visit visit) {
+  const Offset count = std::ssize(selections);
+  for (Offset i = 0; i < count; ++i) {
+    const Selection& selection = selections[static_cast<std::size_t>(i)];
+    if (i + kSelectionsAhead < count) {
+      fetch_text(text, (&selection)[kSelectionsAhead]);
+    }
+    if (!visit(text + selection.start)) return false;
+  }
+  return true;
+}
+
+// Overlays selections that all have as many bytes as the template characters.
+// False, and nothing is changed, where that isn't done byte by byte.
+bool lay_over(char* text, std::span<const Selection> selections,
+              const Composer& composer) {
+  if (!composer.is_blended() ||
+      !visit_each(text, selections, [&](const char* own) {
+        return composer.is_ascii_text(own);
+      })) {
+    return false;
+  }
+  return visit_each(text, selections, [&](char* own) {
+    composer.blend_over(own);
+    return true;
+  });
+}
+
 bool overlay_in_place(QuillBlock text, QuillBlock selections,
                       const Template& form, const SizeLimits& limits) {
   const BlockLock list_lock(selections);
   BlockLock text_lock(text);
   const std::span<const std::int32_t> longs = list_lock.longs();
-  if (!is_canonical(longs, text_lock.size())) return false;
+  const ListSurvey list(longs, text_lock.size(), std::ssize(form.characters));
+  if (!list.is_canonical) return false;
   Composer composer(form);
   if (composer.refused()) return false;
-  const Overlaying edits(text, selections_of(longs), composer);
+  const std::span<const Selection> places = selections_of(longs);
+  if (list.growth == 0 && !list.shrinks &&
+      lay_over(text_lock.contents(), places, composer)) {
+    return true;
+  }
+  const Overlaying edits(text, places, composer);
   return splice(text_lock, edits, growth_of(edits), limits);
 }
 
