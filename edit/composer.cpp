@@ -33,9 +33,28 @@ Composer::Composer(const Template& form)
 void Composer::prepare_blend() {
   for (std::size_t i = 0; i < form_.characters.size(); ++i) {
     const bool is_open = form_.flags[i] != 1;
+    characters_[i] = static_cast<char>(form_.characters[i]);
     open_mask_[i] = static_cast<char>(is_open ? 0xFF : 0);
     form_bytes_[i] = static_cast<char>(is_open ? 0 : form_.characters[i]);
   }
+}
+
+Offset Composer::compose(const char* text, Offset start, Offset end) {
+  if (!gives_bytes(text + start, end - start)) {
+    return compose_by_character(text, start, end);
+  }
+  put_bytes(text + start, end - start, out_);
+  return count_;
+}
+
+void Composer::put_bytes(const char* own, Offset length, char* to) {
+  if (length >= count_ && (to <= own || to == out_)) {
+    return blend(own, count_, to);
+  }
+  // Elsewhere first: it would write over what is still to be read.
+  if (length < count_) store(out_, characters_);
+  blend(own, std::min(length, count_), out_);
+  move_bytes(to, out_, count_);
 }
 
 Offset Composer::compose_by_character(const char* text, Offset start,

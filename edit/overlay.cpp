@@ -12,28 +12,46 @@ namespace {
 
 // The edit that puts what the composer makes of each selection in its place.
 //
-// The selection's own bytes are read when its length is asked for, before
-// anything near it moves; put() uses what was composed then.
+// A selection's own bytes are read when its length is asked for, or, where all
+// lengths are known, when it is put in place: nothing near it has moved by
+// then.
 class Overlaying {
  public:
   static constexpr bool kNotesPlaces = false;
 
+  // `known_length` is that of every replacement, or 0 where they differ.
   Overlaying(QuillBlock text, std::span<const Selection> selections,
-             Composer& composer)
-      : text_(text), selections_(selections), composer_(&composer) {}
+             Composer& composer, Offset known_length)
+      : text_(text),
+        selections_(selections),
+        composer_(&composer),
+        known_length_(known_length) {}
 
   Offset count() const { return std::ssize(selections_); }
   Offset start(Offset k) const { return at(k).start; }
   Offset end(Offset k) const { return at(k).end; }
   static bool is_kept(Offset) { return false; }
   Offset length(Offset k) const {
-    return composer_->compose(*text_, start(k), end(k));
+    return known_length_ != 0 ? known_length_ : compose(k);
   }
-  void put(Offset, Offset length, char* to, Room) const {
-    move_bytes(to, composer_->bytes(), length);
+  void put(Offset k, Offset length, char* to, Room) const {
+    if (known_length_ != 0) {
+      composer_->put_bytes(*text_ + start(k), at(k).length(), to);
+    } else {
+      move_bytes(to, composer_->bytes(), length);
+    }
+  }
+
+  Offset growth() const {
+    Offset sum = 0;
+    for (Offset k = 0; k < count(); ++k) sum += compose(k) - at(k).length();
+    return sum;
   }
 
  private:
+  Offset compose(Offset k) const {
+    return composer_->compose(*text_, start(k), end(k));
+  }
   const Selection& at(Offset k) const {
     return selections_[static_cast<std::size_t>(k)];
   }
@@ -41,18 +59,11 @@ class Overlaying {
   QuillBlock text_;  // its contents move when the splice makes room
   std::span<const Selection> selections_;
   Composer* composer_;
+  Offset known_length_;
 };
 
-Offset growth_of(const Overlaying& edits) {
-  Offset growth = 0;
-  for (Offset k = 0; k < edits.count(); ++k) {
-    growth += edits.length(k) - (edits.end(k) - edits.start(k));
-  }
-  return growth;
-}
-
-// Calls `visit` with the text of every selection up to one for which it answers
-// false, and tells whether there was none.
+// Calls `visit` with each selection's text and length, up to one for which it
+// answers false, and tells whether there was none.
 template <class Visit>
 bool visit_each(char* text, std::span<const Selection> selections,
                 Visit visit) {
@@ -62,24 +73,23 @@ bool visit_each(char* text, std::span<const Selection> selections,
     if (i + kSelectionsAhead < count) {
       fetch_text(text, (&selection)[kSelectionsAhead]);
     }
-    if (!visit(text + selection.start)) return false;
+    if (!visit(text + selection.start, selection.length())) return false;
   }
   return true;
 }
 
-// Overlays selections that all have as many bytes as the template characters.
-// False, and nothing is changed, where that isn't done byte by byte.
-bool lay_over(char* text, std::span<const Selection> selections,
-              const Composer& composer) {
-  if (!composer.is_blended() ||
-      !visit_each(text, selections, [&](const char* own) {
-        return composer.is_ascii_text(own);
-      })) {
-    return false;
+// Whether all selections give bytes; those that are all as long as the template
+// take less to look at.
+bool give_bytes(const Composer& composer, char* text,
+                std::span<const Selection> selections, Offset length) {
+  if (length == 0) {
+    return visit_each(text, selections,
+                      [&](const char* own, Offset own_length) {
+                        return composer.gives_bytes(own, own_length);
+                      });
   }
-  return visit_each(text, selections, [&](char* own) {
-    composer.blend_over(own);
-    return true;
+  return visit_each(text, selections, [&, length](const char* own, Offset) {
+    return composer.gives_bytes(own, length);
   });
 }
 
@@ -93,12 +103,21 @@ bool overlay_in_place(QuillBlock text, QuillBlock selections,
   Composer composer(form);
   if (composer.refused()) return false;
   const std::span<const Selection> places = selections_of(longs);
-  if (list.growth == 0 && !list.shrinks &&
-      lay_over(text_lock.contents(), places, composer)) {
-    return true;
+  const auto length = std::ssize(form.characters);
+  const bool keeps_lengths = list.growth == 0 && !list.shrinks;
+  if (!give_bytes(composer, text_lock.contents(), places,
+                  keeps_lengths ? length : 0)) {
+    const Overlaying edits(text, places, composer, 0);
+    return splice(text_lock, edits, edits.growth(), limits);
   }
-  const Overlaying edits(text, places, composer);
-  return splice(text_lock, edits, growth_of(edits), limits);
+  if (!keeps_lengths) {
+    const Overlaying edits(text, places, composer, length);
+    return splice(text_lock, edits, list.growth, limits);
+  }
+  return visit_each(text_lock.contents(), places, [&](char* own, Offset) {
+    composer.compose_over(own);
+    return true;
+  });
 }
 
 }  // namespace
