@@ -103,6 +103,39 @@ TEST(MaskedTexts, MapNeighboursInRowsOfEveryLength) {
   }
 }
 
+// Many selections close together, as are masked at once: of every length about
+// whole blocks, past what is copied at once and up to the end, with characters
+// among them that end that, and with lists that turn back.
+TEST(MaskedTexts, MaskManySelections) {
+  const Mask keeps = {{'a', 'b', 0xA9C3}, {'A', 0x80, 0x89C3}};
+  const Mask grows = {{'a', 0xA9C3}, {'A', 'E'}};
+  MaskCall call = {.operation = MaskCall::kRewriteSelections};
+  for (const std::size_t size : {200U, 70'000U}) {
+    for (const std::size_t wide_every : {1'000'000U, 500U, 7U}) {
+      call.text.clear();
+      while (call.text.size() < size) {
+        call.text += call.text.size() % wide_every < 3 && wide_every <= size
+                         ? "\xC3\xA9"
+                         : "ab";
+      }
+      for (const int length : {0, 1, 2, 16, 62, 64, 66, 130}) {
+        call.longs.clear();
+        for (int at = 0; at + length <= length_of(call.text);
+             at += length + 2 + at % 6) {
+          call.longs.insert(call.longs.end(), {at, at + length});
+        }
+        for (const Mask& mask : {keeps, grows}) {
+          call.mask = mask;
+          call.mask_count = mask.count();
+          ASSERT_EQ(first_difference(call), "") << length << " of " << size;
+        }
+        if (call.longs.size() > 20) std::swap(call.longs[8], call.longs[14]);
+        ASSERT_EQ(first_difference(call), "") << length << " of " << size;
+      }
+    }
+  }
+}
+
 TEST(MaskedTexts, LeaveNothingBehindWhenMemoryIsShort) {
   MaskCall call = {.text = std::string(1000, 'a'),
                    .mask = {{'a'}, {0xA9C3}},

@@ -269,4 +269,20 @@ MappedRun map_characters(const CharacterMap& map, const Byte* from, Offset size,
   return map_characters_plainly(map, from, size, to, most);
 }
 
+Offset map_selections([[maybe_unused]] const CharacterMap& map,
+                      [[maybe_unused]] const Byte* text,
+                      [[maybe_unused]] Offset position,
+                      [[maybe_unused]] Offset limit,
+                      [[maybe_unused]] std::span<const Selection> selections,
+                      [[maybe_unused]] char* to,
+                      [[maybe_unused]] Offset& most) {
+#if defined(__x86_64__)
+  if (instructions() == Instructions::kAvx512) {
+    return map_selections_avx512(map, text, position, limit, selections, to,
+                                 most);
+  }
+#endif
+  return 0;
+}
+
 }  // namespace quill

@@ -14,8 +14,10 @@
 #pragma once
 
 #include <array>
+#include <span>
 
 #include "blocks/base.h"
+#include "selection/selection_list.h"
 #include "utf8/mask.h"
 
 namespace quill {
@@ -66,6 +68,18 @@ MappedRun map_characters(const CharacterMap& map, const Byte* from, Offset size,
 // The same in plain code, which defines the answer.
 MappedRun map_characters_plainly(const CharacterMap& map, const Byte* from,
                                  Offset size, char* to, Offset most);
+
+// Maps what lies in `selections` as long as that is a few bytes of ASCII each
+// that keep their length, in text order from `position` on. Returns the number
+// of selections, and takes the characters from `most`, which is enough for
+// them.
+//
+// Up to `limit` text and output are the same as yet, and behind the last one
+// they stay so. May stop anywhere; plain code does nothing.
+Offset map_selections(const CharacterMap& map, const Byte* text,
+                      Offset position, Offset limit,
+                      std::span<const Selection> selections, char* to,
+                      Offset& most);
 
 // Fills in a map from a mask: ASCII at once, with all else left as stops, and
 // longer characters when they come to pay for it.

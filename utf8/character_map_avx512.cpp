@@ -46,6 +46,44 @@ class Mapper {
         ascii_low_(load(map.ascii.data())),
         ascii_high_(load(map.ascii.data() + 64)) {}
 
+  // Maps `size` bytes if they are ASCII. In whole blocks: what these hold
+  // beyond is copied.
+  bool map_some_ascii(const Byte* from, Offset size, char* to) const {
+    if (map_.has_ascii_stops) return false;
+    for (Offset at = 0; at < size; at += kBlock) {
+      const __m512i bytes = load(from + at);
+      const Bits which = low_bits(size - at < kBlock ? size - at : kBlock);
+      if ((_mm512_movepi8_mask(bytes) & which) != 0) return false;
+      _mm512_storeu_si512(
+          to + at, _mm512_mask_mov_epi8(bytes, which, mapped_ascii(bytes)));
+    }
+    return true;
+  }
+
+  MappedRun map_run(const Byte* from, Offset size, char* to,
+                    Offset most) const {
+    MappedRun run{0, 0};
+    bool stopped = false;
+    while (!stopped && run.bytes < size && run.characters < most) {
+      const Offset left = size - run.bytes;
+      const Offset wanted = most - run.characters;
+      const Offset ascii = map_ascii(from + run.bytes, to + run.bytes,
+                                     left < wanted ? left : wanted);
+      run.bytes += ascii;
+      run.characters += ascii;
+      if (run.bytes == size || run.characters == most) break;
+      const Offset rest = size - run.bytes;
+      const MappedRun part =
+          map_block(from + run.bytes, rest < kBlock ? rest : kBlock,
+                    to + run.bytes, most - run.characters, stopped);
+      if (part.bytes == 0) break;
+      run.bytes += part.bytes;
+      run.characters += part.characters;
+    }
+    return run;
+  }
+
+ private:
   // Maps whole blocks of ASCII. Returns their bytes, at most `most`.
   Offset map_ascii(const Byte* from, char* to, Offset most) const {
     if (map_.has_ascii_stops) return 0;
@@ -91,7 +129,6 @@ class Mapper {
     return {nth(leads, most), most};
   }
 
- private:
   struct Block {
     const Byte* text;
     Bits whole;
@@ -187,26 +224,34 @@ class Mapper {
 
 MappedRun map_characters_avx512(const CharacterMap& map, const Byte* from,
                                 Offset size, char* to, Offset most) {
+  return Mapper(map).map_run(from, size, to, most);
+}
+
+Offset map_selections_avx512(const CharacterMap& map, const Byte* text,
+                             Offset position, Offset limit,
+                             std::span<const Selection> selections, char* to,
+                             Offset& most) {
   const Mapper mapper(map);
-  MappedRun run{0, 0};
-  bool stopped = false;
-  while (!stopped && run.bytes < size && run.characters < most) {
-    const Offset left = size - run.bytes;
-    const Offset wanted = most - run.characters;
-    const Offset ascii = mapper.map_ascii(from + run.bytes, to + run.bytes,
-                                          left < wanted ? left : wanted);
-    run.bytes += ascii;
-    run.characters += ascii;
-    if (run.bytes == size || run.characters == most) break;
-    const Offset rest = size - run.bytes;
-    const MappedRun part =
-        mapper.map_block(from + run.bytes, rest < kBlock ? rest : kBlock,
-                         to + run.bytes, most - run.characters, stopped);
-    if (part.bytes == 0) break;
-    run.bytes += part.bytes;
-    run.characters += part.characters;
+  Offset mapped = 0;
+  for (const Selection& selection : selections) {
+    const Offset start = selection.start;
+    const Offset length = selection.end - start;
+    if (start < position || selection.end + kBlock > limit || length < 0 ||
+        length > most) {
+      break;
+    }
+    if (mapper.map_some_ascii(text + start, length, to + start)) {
+      most -= length;
+    } else {
+      const MappedRun run =
+          mapper.map_run(text + start, length, to + start, most);
+      if (run.bytes < length) break;
+      most -= run.characters;
+    }
+    position = selection.end;
+    ++mapped;
   }
-  return run;
+  return mapped;
 }
 
 // In whole registers: what is stored in pieces takes long to load at once.

@@ -12,6 +12,11 @@ MappedRun map_characters_avx2(const CharacterMap& map, const Byte* from,
 MappedRun map_characters_avx512(const CharacterMap& map, const Byte* from,
                                 Offset size, char* to, Offset most);
 
+Offset map_selections_avx512(const CharacterMap& map, const Byte* text,
+                             Offset position, Offset limit,
+                             std::span<const Selection> selections, char* to,
+                             Offset& most);
+
 // Fills the table of ASCII from a few neighbours, such as the letters from A to
 // Z, that have single bytes for values. False, with nothing written, when they
 // are none.

@@ -63,8 +63,27 @@ class MaskedText {
     return true;
   }
 
-  // From now on copies more than is asked for: pays where little is masked and
-  // selections lie close together. The output has room for all of the source.
+  // Masks some of the next selections, where that is done many at once. Returns
+  // their number; the host is not due in them.
+  Offset mask_many(std::span<const Selection> selections, YieldMeter& meter) {
+    const Offset end = selections.front().end;
+    if (!copies_ahead_ || end < position_) return 0;
+    bring_ahead(end);
+    const Offset units = meter.units_left() - 1;
+    Offset left = units;
+    const Offset count =
+        map_selections(map_, source_, position_, copied_, selections,
+                       output_.write_position() - position_, left);
+    if (count == 0) return 0;
+    meter.skip(units - left);
+    const Offset reached = selections[static_cast<std::size_t>(count - 1)].end;
+    output_.advance(reached - position_);
+    position_ = reached;
+    return count;
+  }
+
+  // From now on copies more than is asked for, what lies in selections too. The
+  // output has room for all of the source.
   void copy_ahead() { copies_ahead_ = output_.in_use() == position_; }
 
   // Copies the source up to `end` unchanged. False when the output can't grow.
@@ -205,19 +224,24 @@ bool any_beyond(const std::int32_t* longs, std::int32_t long_count,
                      [size](std::int32_t offset) { return offset > size; });
 }
 
-// Whether most of the text lies outside the selections.
-bool is_mostly_copied(std::span<const Selection> selections, Offset size) {
+// Whether selections are short, or few, so that it pays to copy what lies
+// between them with them.
+bool is_worth_copying(std::span<const Selection> selections, Offset size) {
+  constexpr Offset kShort = 128;
   Offset selected = 0;
   for (const Selection& selection : selections) selected += selection.length();
-  return selected < size / 4;
+  return selected < std::max(size / 4, kShort * std::ssize(selections));
 }
 
 bool mask_selections(MaskedText& text, Offset size,
                      std::span<const Selection> selections, YieldMeter meter) {
-  if (is_mostly_copied(selections, size)) text.copy_ahead();
-  Offset consumed = 0;  // longs
-  for (const Selection& selection : selections) {
-    consumed += 2;
+  if (is_worth_copying(selections, size)) text.copy_ahead();
+  for (std::size_t next = 0; next < selections.size();) {
+    next += static_cast<std::size_t>(
+        text.mask_many(selections.subspan(next), meter));
+    if (next == selections.size()) break;
+    const Selection& selection = selections[next++];
+    const auto consumed = static_cast<Offset>(2 * next);  // longs
     if (!text.copy_until(selection.start)) return false;
     // A stop takes effect once the selection is done, unless the host is asked
     // again in it and answers true.

@@ -241,6 +241,10 @@ MaskCall draw_text(Input& in, MaskCall::Operation operation) {
   if (operation == MaskCall::kToArray) {
     call.end = std::min(call.end, static_cast<std::int32_t>(size));
   }
+  if (in.flag()) {
+    call.longs = in.selections(size, in.pick({4, 12, 60}));
+    return call;
+  }
   for (int left = in.between(0, 9); left > 0; --left) {
     call.longs.push_back(offset());
   }
