@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
+#include <utility>
 
 namespace quill {
 namespace {
@@ -13,17 +13,26 @@ constexpr auto kContinuations = [] {
   return set;
 }();
 
+// The bytes of a text's sample that are read at each place: no more than a
+// word has bits.
+constexpr Offset kSampleStretch = 40;
+
+// Differences of so few hits in a sample mean nothing.
+constexpr int kChance = 3;
+
+constexpr std::uint64_t kEverywhere = ~std::uint64_t{0};
+
 }  // namespace
 
-// Calls `visit` with stretches spread over the text, of about a thousand bytes
-// in all; of more in a text so long that it costs little there.
+// Calls `visit` with stretches of up to kSampleStretch bytes spread over the
+// text, of about a thousand bytes in all; of more in a text so long that it
+// costs little there.
 template <class Visit>
 void ByteShares::visit_sample(Visit visit) const {
-  constexpr Offset kBytes = 40;  // read at each place
   const Offset places = std::clamp<Offset>((end_ - start_) >> 19, 32, 128);
   const Offset step = std::max<Offset>((end_ - start_) / places, 1);
   for (Offset place = start_; place < end_; place += step) {
-    visit(place, std::min(place + std::min(step, kBytes), end_));
+    visit(place, std::min(place + std::min(step, kSampleStretch), end_));
   }
 }
 
@@ -42,21 +51,32 @@ ByteShares::ByteShares(const Byte* text, Offset start, Offset end)
   }
 }
 
-double ByteShares::of(const AnchorPlan& plan) const {
-  double hits = 0;
-  Offset total = 1;
+void ByteShares::judge(AnchorPlan& plan) const {
+  if (plan.anchor_count == 0) return;
+  int total = 1;
+  int all = 0;
+  std::array<int, kMostAnchors> others{};  // where all but this one hold
   visit_sample([&](Offset from, Offset limit) {
     limit = std::min(limit, end_ - plan.reach + 1);
-    for (Offset p = from; p < limit; ++p) {
-      bool holds = true;
-      for (const Anchor& anchor : plan.used()) {
-        holds = holds && anchor.set.contains(text_[p + anchor.offset]);
-      }
-      hits += holds ? 1 : 0;
+    if (from >= limit) return;
+    std::uint64_t hold[] = {kEverywhere, kEverywhere, kEverywhere};
+    std::uint64_t* to = hold;
+    for (const Anchor& anchor : plan.used()) {
+      mark_members(text_ + from + anchor.offset, text_ + limit + anchor.offset,
+                   anchor.set, to++);
     }
-    total += std::max<Offset>(limit - from, 0);
+    total += static_cast<int>(limit - from);
+    all += std::popcount(hold[0] & hold[1] & hold[2]);
+    for (std::size_t i = 0; i < others.size(); ++i) {
+      others[i] += std::popcount(hold[(i + 1) % 3] & hold[(i + 2) % 3]);
+    }
   });
-  return std::max(plan.share, hits / static_cast<double>(total));
+  plan.share = std::max(plan.share, static_cast<double>(all) / total);
+  if (plan.anchor_count < kMostAnchors) return;
+  const std::size_t last = others[0] < others[1] ? 0 : 1;
+  if (others[last] + kChance < others[2]) {
+    std::swap(plan.anchors[last], plan.anchors[2]);
+  }
 }
 
 double ByteShares::of(const ByteSet& set) const {

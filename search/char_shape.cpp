@@ -49,13 +49,15 @@ CharShape any_character(const ByteSet& trailing) {
 }
 
 void CharShapes::add(std::int32_t character) {
-  const Offset own_length = length_from_lead(byte_of(character, 0));
-  if (!is_readable(character, own_length)) return;
-  const bool has_order = is_in_order(character, own_length);
-  const bool is_first = length == 0;
-  length = has_order && (is_first || length == own_length) ? own_length : -1;
-  anywhere.add(character, own_length);
-  if (has_order) in_order.add(character, own_length);
+  const Offset length = length_from_lead(byte_of(character, 0));
+  if (!is_readable(character, length)) return;
+  const bool has_order = is_in_order(character, length);
+  anywhere.add(character, length);
+  if (has_order) {
+    in_order.add(character, length);
+  } else {
+    all_in_order = false;
+  }
 }
 
 CharShapes fixed_shapes(std::int32_t element, const Mask& mask) {
@@ -67,7 +69,7 @@ CharShapes fixed_shapes(std::int32_t element, const Mask& mask) {
 
 const CharShapes& open_shapes() {
   static const CharShapes shapes = {any_character(range(0x00, 0xFF)),
-                                    any_character(range(0x80, 0xBF)), 0};
+                                    any_character(range(0x80, 0xBF)), false};
   return shapes;
 }
 

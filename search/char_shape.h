@@ -27,7 +27,7 @@ struct CharShape {
 struct CharShapes {
   CharShape anywhere;
   CharShape in_order;
-  Offset length = 0;  // of each; below 0 if not equal or one is out of order
+  bool all_in_order = true;  // whether no character is out of order
 
   void add(std::int32_t character);
 };

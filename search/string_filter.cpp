@@ -5,10 +5,13 @@
 namespace quill {
 namespace {
 
-// What is reckoned with, in nanoseconds: looking at a candidate, and proving
-// a byte in order.
+// What is reckoned with, in nanoseconds: looking at a candidate, and for each
+// byte proving it in order, looking for strays behind characters of one length
+// and testing anchors that are not plain.
 constexpr double kCandidateCost = 40;
 constexpr double kProofCost = 0.03;
+constexpr double kStrayCost = 0.01;
+constexpr double kSetCost = 0.03;
 
 // So many candidates in a row, each so close to the one before, are thick.
 constexpr Offset kThick = 512;
@@ -30,9 +33,12 @@ CharShapes shapes_of(const CharPattern& pattern, std::int32_t index,
                                  : open_shapes();
 }
 
-// Bytes of one character come together more often than their shares say.
-void judge(AnchorPlan& plan, const ByteShares& shares) {
-  if (!plan.impossible) plan.share = shares.of(plan);
+double cost_of(const AnchorPlan& plan) {
+  double test = 0;
+  for (const Anchor& anchor : plan.used()) {
+    if (!anchor.is_plain) test = kSetCost;
+  }
+  return plan.share * kCandidateCost + test;
 }
 
 // The spreads of a pattern in text in order: from its start, and from the
@@ -52,10 +58,10 @@ class PivotSpreads {
 
   AnchorPlan best(const ByteShares& shares) const {
     AnchorPlan best = spreads_[0].plan(shares);
-    judge(best, shares);
+    shares.judge(best);
     for (std::size_t i = 1; i < count_ && !best.impossible; ++i) {
       AnchorPlan other = spreads_[i].plan(shares);
-      judge(other, shares);
+      shares.judge(other);
       if (other.impossible || other.share < best.share / 2) best = other;
     }
     return best;
@@ -81,28 +87,37 @@ void StringFilter::prepare(const Byte* text, Offset start, Offset end,
   ByteSpread ascii(Order::kAscii, 0);
   PivotSpreads pivots(pattern);
   const std::int32_t limit = std::min(pattern.count, kMostElements);
-  Offset char_length = 0;  // of all elements, if equal
+  std::array<bool, 5> lengths{};  // of characters
+  bool all_in_order = true;
   for (std::int32_t i = 0; i < limit; ++i) {
     const CharShapes shapes = shapes_of(pattern, i, mask);
     anywhere.add(shapes);
     ascii.add(shapes);
     pivots.add(i, shapes);
-    if (i == 0) char_length = shapes.length;
-    if (char_length != shapes.length) char_length = 0;
+    all_in_order = all_in_order && shapes.all_in_order;
+    for (std::size_t l = 1; l < lengths.size(); ++l) {
+      lengths[l] = lengths[l] || shapes.in_order.has_length[l];
+    }
   }
-  note_strays(char_length);
+  for (std::size_t l = 1; l < lengths.size() && all_in_order; ++l) {
+    if (lengths[l]) note_strays(l);
+  }
+  is_single_bytes_ = stray_count_ == 1 && lengths[1];
   for (std::int32_t i = 0; i < pattern.count && i < kMostDecisive; ++i) {
     if (!pattern.is_fixed(i)) continue;
     add_decisive(ascii.at(i), i);
   }
   const ByteShares shares(text, start, end);
   anywhere_ = anywhere.plan(shares);
-  judge(anywhere_, shares);
+  shares.judge(anywhere_);
   ascii_ = ascii.plan(shares);
+  shares.judge(ascii_);
   if (pattern.count > kMostElements) look_further(pattern, mask, shares);
   in_order_ = pivots.best(shares);
-  uses_order_ = anywhere_.share * kCandidateCost >
-                in_order_.share * kCandidateCost + kProofCost;
+  const double proof = stray_count_ == 0
+                           ? kProofCost
+                           : static_cast<double>(stray_count_) * kStrayCost;
+  uses_order_ = cost_of(anywhere_) > cost_of(in_order_) + proof;
   may_use_order_ = in_order_.share < anywhere_.share / 2;
 }
 
@@ -139,7 +154,8 @@ void StringFilter::decide(const ByteSet* sides) {
 // How far behind a candidate's start order must be proved. The elements before
 // the pivot take four bytes at most, each.
 Offset StringFilter::order_reach() const {
-  return Offset{4} * in_order_.pivot + in_order_.reach;
+  const Offset reach = Offset{4} * in_order_.pivot + in_order_.reach;
+  return decides_in_order() ? std::max(reach, char_count_) : reach;
 }
 
 // The same for ASCII: the side behind a match is looked at, too.
@@ -160,29 +176,31 @@ bool StringFilter::open_ascii(Offset from) {
   return true;
 }
 
-// Of a pattern whose characters are all in order and equally long a match is
-// shifted only by strays behind characters of that length: those are sought
-// instead of order, in half the time.
-void StringFilter::note_strays(Offset char_length) {
-  char_length_ = char_length;
-  if (char_length <= 0) return;
+// Of a pattern whose characters are all in order a match is shifted only by
+// strays behind characters of their lengths: those are sought instead of order,
+// each in a third of the time.
+[[gnu::noinline]] void StringFilter::note_strays(std::size_t length) {
   const auto& bytes = open_shapes().in_order.bytes;
-  stray_ = {Anchor(bytes[static_cast<std::size_t>(char_length)][0], 0),
-            Anchor(bytes[2][1], char_length)};
+  strays_[stray_count_++] = {Anchor(bytes[length][0], 0),
+                             Anchor(bytes[2][1], static_cast<Offset>(length))};
 }
 
 // Up to where, at most `last`, a match from `from` on lies as the plan for text
 // in order says.
 Offset StringFilter::order_end(Offset from, Offset last) const {
-  if (char_length_ <= 0) {
+  if (stray_count_ == 0) {
     while (from < last && is_continuation(text_[from])) ++from;
     return walk_characters(text_ + from, text_ + last, last - from).next -
            text_;
   }
-  const Offset tested = std::max(last - char_length_, from);
-  const Offset found =
-      find_anchored(text_ + from, text_ + tested, stray_) - text_;
-  return std::min(found + char_length_, last);
+  for (std::size_t i = 0; i < stray_count_; ++i) {
+    const Offset length = strays_[i][1].offset;
+    const Offset tested = std::max(last - length, from);
+    const Offset found =
+        find_anchored(text_ + from, text_ + tested, strays_[i]) - text_;
+    last = std::min(found + length, last);
+  }
+  return last;
 }
 
 bool StringFilter::open_in_order(Offset from) {
@@ -199,7 +217,7 @@ bool StringFilter::open_in_order(Offset from) {
 void StringFilter::open(Offset from) {
   hits_.clear();
   if (open_ascii(from)) {
-    stride_ = kShortest;
+    if (segment_.end - from >= kLongest) stride_ = kShortest;
     return;
   }
   stride_ = std::min(stride_ * 2, kLongest);
@@ -270,8 +288,10 @@ void StringFilter::list_from(Offset from, Offset last) {
   last = std::min({from + HitList::kRoom, segment_.end, last});
   const Offset sides = has_sides_ ? 1 : 0;
   const Offset last_decided = std::min(last, end_ - char_count_ - sides + 1);
-  decided_ = may_decide_ && &plan == &ascii_ &&
-             from >= segment_.start + sides && from < last_decided;
+  decided_ =
+      may_decide_ &&
+      (&plan == &ascii_ || (&plan == &in_order_ && decides_in_order())) &&
+      from >= segment_.start + sides && from < last_decided;
   if (decided_) {
     hits_.list(text_ + from, text_ + last_decided,
                {decisive_.data(), decisive_count_});

@@ -17,7 +17,8 @@ class StringFilter {
   void prepare(const Byte* text, Offset start, Offset end,
                const CharPattern& pattern, const Mask& mask);
 
-  // Lets the filter decide by itself, in ASCII, about short patterns. A match
+  // Lets the filter decide by itself about short patterns, in ASCII and, if
+  // all that they match are single bytes, in text in order. A match in ASCII
   // needs a byte of `sides` before and behind it there, if that is not null.
   void decide(const ByteSet* sides);
 
@@ -50,7 +51,12 @@ class StringFilter {
   void look_further(const CharPattern& pattern, const Mask& mask,
                     const ByteShares& shares);
   void add_decisive(const ByteSet& set, Offset offset);
-  void note_strays(Offset char_length);
+  void note_strays(std::size_t length);
+  // Whether in text in order, too, the filter decides: there the sides of a
+  // match may be longer characters.
+  bool decides_in_order() const {
+    return may_decide_ && is_single_bytes_ && !has_sides_;
+  }
   Offset order_reach() const;
   Offset ascii_reach() const;
   bool open_ascii(Offset from);
@@ -74,19 +80,22 @@ class StringFilter {
   AnchorPlan anywhere_;
   AnchorPlan in_order_;
   AnchorPlan ascii_;
-  Offset char_length_ = 0;       // of all elements, if equal
-  std::array<Anchor, 2> stray_;  // such a character, a stray behind it
+  // By what strays are found instead: a character of some length and, that far
+  // behind, a continuation byte.
+  std::array<std::array<Anchor, 2>, 4> strays_;
+  std::size_t stray_count_ = 0;  // 0: order itself is to be proved
   bool uses_order_ = false;      // whether proving order pays
   bool may_use_order_ = false;
   double unproved_cost_ = 0;  // of candidates, beyond what proofs would cost
   Offset stride_ = kShortest;
   Segment segment_;
 
-  // All that makes a match in ASCII, if that is little: the elements' anchors
-  // and then those of the two sides.
+  // All that makes a match of single bytes, if that is little: the elements'
+  // anchors and then those of the two sides.
   std::array<Anchor, 8> decisive_;
   std::size_t decisive_count_ = 0;
-  Offset char_count_ = 0;  // of the pattern
+  Offset char_count_ = 0;         // of the pattern
+  bool is_single_bytes_ = false;  // whatever the text is
   bool may_decide_ = false;
   bool has_sides_ = false;
   bool decided_ = false;  // whether all hits listed are matches

@@ -108,6 +108,9 @@ TEST(StringSearch, FindsTornMatchesInLongTexts) {
   };
   const Case cases[] = {
       {"one byte a character", "a\u00E9", "abz", "ab\x80z"},
+      {"one, where whole matches are frequent", "abzaa\u00E9", "abzaa",
+       "abza\x80"
+       "a"},
       {"two", "\u0416\u044F", "\u0416\u0429", "\u0416\x80\x80\u0429"},
       {"three", "\u3042\u3044", "\u3042\u30A1", "\u3042\xBF\u30A1"},
       {"a rare lead byte", "\u3042\u3044", "\u3042\u4041", "\u3042\xBF\u4041"},
@@ -119,6 +122,11 @@ TEST(StringSearch, FindsTornMatchesInLongTexts) {
       {"four", "\U0001F600 ", "\U0001F600\U0001F601",
        "\U0001F600\x80\U0001F601"},
       {"several", "\u0416 ", "\u0416-\u0429", "\u0416-\x80\u0429"},
+      {"several under a mask",
+       "kzzzz\u00E9",
+       "kzyxw",
+       "\u212A\x80zyxw",
+       {{packed("\u212A")}, {packed("k")}}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
