@@ -52,6 +52,8 @@ void CharShapes::add(std::int32_t character) {
   const Offset length = length_from_lead(byte_of(character, 0));
   if (!is_readable(character, length)) return;
   const bool has_order = is_in_order(character, length);
+  count += count == 0 || character != last_added ? 1 : 0;
+  last_added = character;
   anywhere.add(character, length);
   if (has_order) {
     in_order.add(character, length);
@@ -69,7 +71,8 @@ CharShapes fixed_shapes(std::int32_t element, const Mask& mask) {
 
 const CharShapes& open_shapes() {
   static const CharShapes shapes = {any_character(range(0x00, 0xFF)),
-                                    any_character(range(0x80, 0xBF)), false};
+                                    any_character(range(0x80, 0xBF)), false, 0,
+                                    0};
   return shapes;
 }
 

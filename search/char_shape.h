@@ -28,6 +28,8 @@ struct CharShapes {
   CharShape anywhere;
   CharShape in_order;
   bool all_in_order = true;  // whether no character is out of order
+  std::int32_t last_added = 0;
+  int count = 0;  // of characters, those added twice in a row once
 
   void add(std::int32_t character);
 };

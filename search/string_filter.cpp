@@ -94,11 +94,13 @@ void StringFilter::prepare(const Byte* text, Offset start, Offset end,
     anywhere.add(shapes);
     ascii.add(shapes);
     pivots.add(i, shapes);
+    if (byte_count_ >= 0) add_bytes(shapes);
     all_in_order = all_in_order && shapes.all_in_order;
     for (std::size_t l = 1; l < lengths.size(); ++l) {
       lengths[l] = lengths[l] || shapes.in_order.has_length[l];
     }
   }
+  if (byte_count_ < 0 || pattern.count > limit) byte_count_ = 0;
   for (std::size_t l = 1; l < lengths.size() && all_in_order; ++l) {
     if (lengths[l]) note_strays(l);
   }
@@ -174,6 +176,21 @@ bool StringFilter::open_ascii(Offset from) {
   if (limit < end_ && limit - from < kShortest) return false;
   segment_ = {from, limit, &ascii_};
   return true;
+}
+
+// Where the bytes of a match stand as the pattern has them, the characters do:
+// none of them begins with a continuation byte, so no stray is skipped.
+void StringFilter::add_bytes(const CharShapes& shapes) {
+  const Byte lead = byte_of(shapes.last_added, 0);
+  const Offset length = length_from_lead(lead);
+  if (shapes.count != 1 || byte_count_ + length > std::ssize(bytes_)) {
+    byte_count_ = -1;
+    return;
+  }
+  for (int i = 0; i < length; ++i) {
+    bytes_[static_cast<std::size_t>(byte_count_++)] =
+        byte_of(shapes.last_added, i);
+  }
 }
 
 // Of a pattern whose characters are all in order a match is shifted only by

@@ -6,6 +6,8 @@
 // one search after the other.
 #pragma once
 
+#include <cstring>
+
 #include "search/anchor_plan.h"
 #include "search/hit_list.h"
 
@@ -37,6 +39,15 @@ class StringFilter {
   // Every match is at such an offset; not all of them begin a character.
   Offset next(Offset from, Offset limit);
 
+  // The end of the match that begins at `position` if the bytes of the pattern
+  // stand there, else or if that can't be told by bytes `position` itself.
+  Offset end_of_bytes(Offset position) const {
+    const auto count = static_cast<std::size_t>(byte_count_);
+    const bool stand = position + byte_count_ <= end_ &&
+                       std::memcmp(text_ + position, bytes_.data(), count) == 0;
+    return stand ? position + byte_count_ : position;
+  }
+
   // The last such offset in [from, limit), else a negative one. Not to be
   // mixed with next(), and called with `limit` never higher than before.
   Offset previous(Offset from, Offset limit);
@@ -51,6 +62,7 @@ class StringFilter {
   void look_further(const CharPattern& pattern, const Mask& mask,
                     const ByteShares& shares);
   void add_decisive(const ByteSet& set, Offset offset);
+  void add_bytes(const CharShapes& shapes);
   void note_strays(std::size_t length);
   // Whether in text in order, too, the filter decides: there the sides of a
   // match may be longer characters.
@@ -89,6 +101,11 @@ class StringFilter {
   double unproved_cost_ = 0;  // of candidates, beyond what proofs would cost
   Offset stride_ = kShortest;
   Segment segment_;
+
+  // What the elements look like, if each stands for one character only and they
+  // are few.
+  std::array<Byte, 64> bytes_;
+  Offset byte_count_ = 0;
 
   // All that makes a match of single bytes, if that is little: the elements'
   // anchors and then those of the two sides.

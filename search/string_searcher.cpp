@@ -177,6 +177,14 @@ inline Offset StringSearcher::next_candidate(Offset from, Offset limit) {
   return filter_->next(from, limit);
 }
 
+inline bool StringSearcher::begins_match(Offset position, Match& match) {
+  if (filter_.has_value()) {
+    match = {position, filter_->end_of_bytes(position)};
+    if (match.end != position) return is_word(match);
+  }
+  return !is_continuation(query_.text[position]) && matches_at(position, match);
+}
+
 bool StringSearcher::next_match(Offset from, Offset limit, Match& match) {
   while (from < limit) {
     if (filter_.has_value() && filter_->has_decided(from)) {
@@ -188,10 +196,7 @@ bool StringSearcher::next_match(Offset from, Offset limit, Match& match) {
       continue;
     }
     from = next_candidate(from, limit);
-    if (from < limit && !is_continuation(query_.text[from]) &&
-        matches_at(from, match)) {
-      return true;
-    }
+    if (from < limit && begins_match(from, match)) return true;
     if (tried_ < kFewTries && ++tried_ == kFewTries &&
         limit - from > kWorthSecond) {
       note_second();

@@ -64,6 +64,7 @@ class StringSearcher {
 
  private:
   bool is_word(const Match& match);
+  bool begins_match(Offset position, Match& match);
   Offset next_candidate(Offset from, Offset limit);
   Offset previous_candidate(Offset from, Offset limit);
   void note_first();

@@ -144,6 +144,19 @@ TEST(StringSearch, FindsTornMatchesInLongTexts) {
   }
 }
 
+// The bytes behind the range complete it.
+TEST(StringSearch, FindsNoMatchCutOffInLongTexts) {
+  StringSearch call = {.operation = StringSearch::kFindAll,
+                       .pattern = spell("zyaaaa")};
+  while (call.text.size() < 40'000) call.text += "aaaa zyaaaa \xC3\xA9";
+  call.text += "zyaaaa";
+  for (std::int32_t cut = 0; cut < 6; ++cut) {
+    SCOPED_TRACE(cut);
+    call.end = length_of(call.text) - cut;
+    EXPECT_EQ(first_difference(call), "");
+  }
+}
+
 // A long pattern whose only rare character comes late, in text that agrees with
 // all the others.
 TEST(StringSearch, TellsLongPatternsByTheirEnds) {
