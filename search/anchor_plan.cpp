@@ -51,7 +51,7 @@ ByteShares::ByteShares(const Byte* text, Offset start, Offset end)
   }
 }
 
-void ByteShares::judge(AnchorPlan& plan) const {
+[[gnu::cold]] void ByteShares::judge(AnchorPlan& plan) const {
   if (plan.anchor_count == 0) return;
   int total = 1;
   int all = 0;
@@ -120,7 +120,7 @@ void ByteSpread::add(const CharShapes& shapes) {
   starts_ = next;
 }
 
-AnchorPlan ByteSpread::plan(const ByteShares& shares) const {
+[[gnu::cold]] AnchorPlan ByteSpread::plan(const ByteShares& shares) const {
   AnchorPlan plan;
   plan.order = order_;
   plan.pivot = pivot_;

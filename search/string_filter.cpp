@@ -77,8 +77,10 @@ class PivotSpreads {
 
 }  // namespace
 
-void StringFilter::prepare(const Byte* text, Offset start, Offset end,
-                           const CharPattern& pattern, const Mask& mask) {
+// Called once a search: speed is little here, and size is.
+[[gnu::cold]] void StringFilter::prepare(const Byte* text, Offset start,
+                                         Offset end, const CharPattern& pattern,
+                                         const Mask& mask) {
   text_ = text;
   end_ = end;
   char_count_ = pattern.count;
@@ -124,8 +126,9 @@ void StringFilter::prepare(const Byte* text, Offset start, Offset end,
 }
 
 // What is rare in a long pattern may come late in it.
-void StringFilter::look_further(const CharPattern& pattern, const Mask& mask,
-                                const ByteShares& shares) {
+[[gnu::cold]] void StringFilter::look_further(const CharPattern& pattern,
+                                              const Mask& mask,
+                                              const ByteShares& shares) {
   const std::int32_t limit = std::min(pattern.count, kLastElement);
   const std::int32_t first = std::max(kMostElements, limit - kMostElements);
   ByteSpread spread(Order::kAscii, 0);
@@ -180,7 +183,7 @@ bool StringFilter::open_ascii(Offset from) {
 
 // Where the bytes of a match stand as the pattern has them, the characters do:
 // none of them begins with a continuation byte, so no stray is skipped.
-void StringFilter::add_bytes(const CharShapes& shapes) {
+[[gnu::cold]] void StringFilter::add_bytes(const CharShapes& shapes) {
   const Byte lead = byte_of(shapes.last_added, 0);
   const Offset length = length_from_lead(lead);
   if (shapes.count != 1 || byte_count_ + length > std::ssize(bytes_)) {
