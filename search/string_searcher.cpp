@@ -45,28 +45,29 @@ StringSearcher::StringSearcher(const StringQuery& query)
   }
 }
 
-// The bytes that a character can begin with which maps to an element, and
-// perhaps more: looking a key up costs as much as trying one in the text.
-// Returns how long those characters are, a bit for each length.
-unsigned StringSearcher::add_leads(Offset index, ByteSet& leads) const {
+// Calls `use` with the characters that map to an element, and perhaps more:
+// looking a key up costs as much as trying one in the text.
+template <class Use>
+void StringSearcher::visit_near_sources(Offset index, Use use) const {
   const std::int32_t element = query_.pattern.elements[index];
-  unsigned lengths = 0;
-  const auto add = [&](std::int32_t key) {
-    const Byte lead = byte_of(key, 0);
-    leads.add(lead);
-    lengths |= 1U << length_from_lead(lead);
-  };
-  add(element);
-  visit_keys(element, query_.mask, add);
-  return lengths;
+  use(element);
+  visit_keys(element, query_.mask, use);
 }
 
+// The byte behind the lead counts where all have one.
 void StringSearcher::note_first() {
-  first_lengths_ = add_leads(0, first_leads_);
+  visit_near_sources(0, [this](std::int32_t character) {
+    const Byte lead = byte_of(character, 0);
+    first_leads_.add(lead);
+    first_lengths_ |= 1U << length_from_lead(lead);
+    second_bytes_.add(byte_of(character, 1));
+  });
+  if ((first_lengths_ & 1U << 1) == 0) second_at_ = 1;
   knows_first_ = true;
 }
 
-// The second character's place is known where the first has but one length.
+// Where the first character may be a single byte, what the second begins with
+// counts instead, if its place is known: where the first has but one length.
 void StringSearcher::note_second() {
   const bool is_one = (first_lengths_ & (first_lengths_ - 1)) == 0;
   if (!knows_first_ || !is_one || second_at_ != 0 || query_.pattern.count < 2 ||
@@ -74,8 +75,10 @@ void StringSearcher::note_second() {
     return;
   }
   second_at_ = std::countr_zero(first_lengths_);
-  second_leads_ = kContinuations;
-  add_leads(1, second_leads_);
+  second_bytes_ = kContinuations;
+  visit_near_sources(1, [this](std::int32_t character) {
+    second_bytes_.add(byte_of(character, 0));
+  });
   marks_.clear();
 }
 
@@ -90,7 +93,7 @@ void StringSearcher::note_second() {
   const Offset second = from + second_at_;
   const Offset last = std::min(end + second_at_, query_.end);
   if (second < last) {
-    mark_members(text + second, text + last, second_leads_, seconds);
+    mark_members(text + second, text + last, second_bytes_, seconds);
   }
   for (Offset i = 0; i < (end - from + 63) / 64; ++i) {
     if (words[i] != 0) words[i] &= seconds[i];

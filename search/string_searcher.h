@@ -69,7 +69,8 @@ class StringSearcher {
   Offset previous_candidate(Offset from, Offset limit);
   void note_first();
   void note_second();
-  unsigned add_leads(Offset index, ByteSet& leads) const;
+  template <class Use>
+  void visit_near_sources(Offset index, Use use) const;
   void mark_window(Offset from);
   Offset next_beginning(Offset from, Offset limit);
   bool filters_now();
@@ -83,15 +84,16 @@ class StringSearcher {
   bool has_first_byte_;
 
   // Short searches try the bytes that the first character can begin with, with
-  // one behind it that the second can begin with, or a stray: known at once
-  // without a mask, looked up after a few tries with one. Once that has gone on
-  // for a while, a filter pays.
+  // one behind it that it can go on with or, where it is a single byte, that
+  // the second can begin with, or a stray: known at once without a mask, looked
+  // up after a few tries with one. Once that has gone on for a while, a filter
+  // pays.
   bool knows_first_ = false;
   ByteSet first_leads_;
   unsigned first_lengths_ = 0;  // a bit for each
   int tried_ = 0;
   Offset second_at_ = 0;  // from the first's lead; 0: it isn't looked at
-  ByteSet second_leads_;
+  ByteSet second_bytes_;
   Marks<4> marks_;
   Offset patience_;
   std::optional<StringFilter> filter_;
