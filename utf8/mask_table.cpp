@@ -36,7 +36,7 @@ bool follow_each_other(const AsciiKeys& place, const std::int32_t* keys) {
 }  // namespace
 
 MaskTable::MaskTable(const Mask& mask, Offset byte_count)
-    : mask_(mask), patience_(mask.count / 128 + 4) {
+    : mask_(mask), patience_(patience()) {
   if (mask_.is_identity()) {
     values_ = kAscii.data();
     count_ = 128;
@@ -111,6 +111,7 @@ std::int32_t MaskTable::map_by_bisection(std::int32_t character) {
   const bool is_short = is_two_byte(static_cast<std::uint32_t>(character));
   const bool is_prepared = is_short ? has_two_bytes_ : has_filter_;
   if (!is_prepared && !mask_.is_identity() && patience_-- == 0) {
+    patience_ = patience();  // for the other kind
     if (is_short) {
       fill_two_bytes();
     } else {

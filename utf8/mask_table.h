@@ -4,8 +4,9 @@
 // ASCII goes through a table; for a short text the mask's own values are used
 // as one where its ASCII keys follow each other, as letters do. Once enough
 // other characters have been looked up to pay for it, two-byte characters get a
-// table too, or longer ones a filter that tells those whose first two bytes
-// begin no key. What neither knows is bisected.
+// table too, and after as many again longer ones a filter that tells those
+// whose first two bytes begin no key; or the other way round. What neither
+// knows is bisected.
 //
 // The tables lie within the object (about 9 KB), so nothing is allocated and
 // nothing can be refused. They are filled from the keys alone: whatever is no
@@ -73,6 +74,8 @@ class MaskTable {
     return map_by_bisection(character);
   }
 
+  // Bisections until a larger table pays.
+  std::int32_t patience() const { return mask_.count / 128 + 4; }
   std::int32_t map_by_bisection(std::int32_t character);
   void prepare_ascii(Offset byte_count);
   void fill_two_bytes();
@@ -90,7 +93,7 @@ class MaskTable {
 
   bool has_two_bytes_ = false;
   bool has_filter_ = false;
-  std::int32_t patience_;  // bisections until a larger table pays
+  std::int32_t patience_;  // what is left of it
 
   // Undefined until filled.
   std::array<std::int32_t, 128> ascii_;
