@@ -23,6 +23,7 @@ Bits with(__m512i bytes, Byte bit) {
 // Masked stores take long on some machines, above all where the memory is not
 // at hand yet.
 void store(__m512i bytes, char* to, Offset size) {
+  assert(size <= kBlock);
   if (size == kBlock) return _mm512_storeu_si512(to, bytes);
   alignas(64) char block[kBlock];
   _mm512_store_si512(block, bytes);
