@@ -47,9 +47,8 @@ class ByteShares {
 
   // Sets a plan's share to that of the offsets at which its anchors hold in the
   // sample, if that is more than the bytes by themselves make likely: bytes of
-  // one word come together more often. Of three anchors the two
-  // come first that hold together least, since the third is looked at only
-  // where those hold.
+  // one word come together more often. Of three anchors the two come first that
+  // hold together least, since the third is looked at only where those hold.
   void judge(AnchorPlan& plan) const;
 
  private:

@@ -39,8 +39,8 @@ class StringFilter {
   // Every match is at such an offset; not all of them begin a character.
   Offset next(Offset from, Offset limit);
 
-  // The end of the match that begins at `position` if the bytes of the pattern
-  // stand there, else or if that can't be told by bytes `position` itself.
+  // The end of the match that begins at `position`, if the bytes of the pattern
+  // stand there; `position` itself if not, or if bytes can't tell.
   Offset end_of_bytes(Offset position) const {
     const auto count = static_cast<std::size_t>(byte_count_);
     const bool stand = position + byte_count_ <= end_ &&
