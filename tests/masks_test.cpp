@@ -47,7 +47,7 @@ TEST(MaskedTexts, MapCommonCharactersToAnything) {
 
 // Keys in no order, equal ones, and some without a gap: what is prepared for
 // the ASCII characters finds what the bisection finds.
-TEST(MaskedTexts, BisectForAsciiInAnyOrder) {
+TEST(MaskedTexts, BisectInAnyOrder) {
   const Longs arrays[] = {
       {std::numeric_limits<std::int32_t>::max(), 0, 50, 60, 70},
       {'b', 'b', 'c', 'c', 'c'},
@@ -58,8 +58,13 @@ TEST(MaskedTexts, BisectForAsciiInAnyOrder) {
       {125, 126, 127, 128, 129},
       {-3, -2, -1, 0, 1},
       {-5, -4, 0xA9C3, 0xAAC3, 0xABC3},
+      {-5, -4, 0x80C0, 0xBFDF, 0x1BFDF},
   };
   MaskCall call;
+  for (int i = 0; i < 8; ++i) {  // the ends of those of two bytes
+    call.text += "\xC0\x80\xDF\xBF";
+    call.longs.insert(call.longs.end(), {0x80C0, 0xBFDF});
+  }
   for (std::int32_t letter = 0; letter < 128; ++letter) {
     call.text += static_cast<char>(letter);
     call.longs.push_back(letter);

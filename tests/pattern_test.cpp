@@ -131,6 +131,19 @@ TEST(PatternSearch, FollowsRunsAcrossBorders) {
   }
 }
 
+// The host is due among matches that are taken many at once.
+TEST(PatternSearch, AsksAmongMatchesTakenAtOnce) {
+  for (const auto operation : {PatternCall::kFindAll, PatternCall::kCount}) {
+    const PatternCall call = {.operation = operation,
+                              .text = repeated("a.", 20'000),
+                              .parts = {{{'a'}}}};
+    for (const std::int32_t yield_max : {2050, 2051, 3000}) {
+      EXPECT_EQ(first_difference(call, {yield_max}), "");
+      EXPECT_EQ(first_difference(call, {yield_max, 1}), "");
+    }
+  }
+}
+
 // What is known of the first places is neither more than was looked at, nor
 // true of the places inside.
 TEST(PatternSearch, TriesEachPlaceBehindPartsOfOneLength) {

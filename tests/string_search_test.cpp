@@ -69,6 +69,7 @@ TEST(StringSearch, LooksAtTheSecondCharacter) {
       {"ea", "ee",
        "\xC3\xA9"
        "a ea"},
+      {"ea", "ee", "\xC3.a"},
   };
   for (const auto& c : cases) {
     for (const int misses : {1, 7, 8, 200, 400}) {
@@ -77,7 +78,7 @@ TEST(StringSearch, LooksAtTheSecondCharacter) {
       call.text += c.rest;
       call.end = length_of(call.text);
       EXPECT_EQ(first_difference(call), "");
-      call.mask = {{'A', 'B', 0xA9C3}, {'a', 'b', 'e'}};
+      call.mask = {{'A', 'B', packed("\xC3."), 0xA9C3}, {'a', 'b', 'e', 'e'}};
       call.mask_count = call.mask.count();
       EXPECT_EQ(first_difference(call), "");
     }
@@ -141,6 +142,11 @@ TEST(StringSearch, FindsTornMatchesInLongTexts) {
       call.operation = operation;
       EXPECT_EQ(first_difference(call), "");
     }
+    // Between longer characters.
+    call.operation = StringSearch::kFindAll;
+    call.breaks = Longs{0xA9C3};
+    call.break_count = 1;
+    EXPECT_EQ(first_difference(call), "");
   }
 }
 
@@ -170,9 +176,14 @@ TEST(StringSearch, TellsLongPatternsByTheirEnds) {
       call.text += std::string(12'000, 'a') + end;
     }
     call.end = length_of(call.text);
-    EXPECT_EQ(first_difference(call), "");
-    call.operation = StringSearch::kFindPrevious;
-    EXPECT_EQ(first_difference(call), "");
+    for (const std::int32_t mask_count : {1, 0}) {
+      call.mask_count = mask_count;
+      for (const auto operation :
+           {StringSearch::kFindAll, StringSearch::kFindPrevious}) {
+        call.operation = operation;
+        EXPECT_EQ(first_difference(call), "");
+      }
+    }
   }
 }
 
@@ -194,6 +205,18 @@ TEST(StringSearch, TellsMatchesFromNearMissesInLongTexts) {
     call.invert = invert ? 1 : 0;
     EXPECT_EQ(first_difference(call), "");
   }
+}
+
+// In long runs of ASCII all is told by bytes but what lies before the first of
+// them: the places of the runs against each other are tried one by one.
+TEST(StringSearch, LooksAtTheSideBeforeARun) {
+  StringSearch call = {.pattern = spell("abcd"), .breaks = Longs{' ', 0xA9C3}};
+  for (std::size_t gap = 490; gap < 520; ++gap) {
+    call.text +=
+        repeated("abcd ", 9'000) + "\u00E9" + std::string(gap, '.') + "\u00E9";
+  }
+  call.end = length_of(call.text);
+  EXPECT_EQ(first_difference(call), "");
 }
 
 // So many members that they are indexed, ASCII and the rest apart.
