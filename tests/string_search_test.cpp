@@ -207,8 +207,9 @@ TEST(StringSearch, TellsMatchesFromNearMissesInLongTexts) {
   }
 }
 
-// In long runs of ASCII all is told by bytes but what lies before the first of
-// them: the places of the runs against each other are tried one by one.
+// A run of ASCII is searched by bytes alone, but for the side before its first.
+// The gaps bring that to each place against the stretches that a text is taken
+// in.
 TEST(StringSearch, LooksAtTheSideBeforeARun) {
   StringSearch call = {.pattern = spell("abcd"), .breaks = Longs{' ', 0xA9C3}};
   for (std::size_t gap = 490; gap < 520; ++gap) {
