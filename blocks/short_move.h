@@ -49,10 +49,9 @@ inline void move_in_four(char* to, const char* from, Offset byte_count) {
   store(to + byte_count - 16, last);
 }
 
-inline void move_bytes(char* to, const char* from, Offset byte_count) {
-  if (byte_count > 64) {
-    std::memmove(to, from, static_cast<std::size_t>(byte_count));
-  } else if (byte_count > 32) {
+// Moves up to 64 bytes.
+inline void move_few_bytes(char* to, const char* from, Offset byte_count) {
+  if (byte_count > 32) {
     move_in_four(to, from, byte_count);
   } else if (byte_count >= 16) {
     move_in_two<Bytes16>(to, from, byte_count);
@@ -64,6 +63,14 @@ inline void move_bytes(char* to, const char* from, Offset byte_count) {
     move_in_two<std::uint16_t>(to, from, byte_count);
   } else if (byte_count == 1) {
     *to = *from;
+  }
+}
+
+inline void move_bytes(char* to, const char* from, Offset byte_count) {
+  if (byte_count > 64) {
+    std::memmove(to, from, static_cast<std::size_t>(byte_count));
+  } else {
+    move_few_bytes(to, from, byte_count);
   }
 }
 

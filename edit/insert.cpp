@@ -60,21 +60,6 @@ bool overlay_string(QuillBlock* variable, QuillBlock selections,
 
 using Selections = std::span<const Selection>;
 
-// Calls `put` with the place of every selection. From the last one to the
-// first: whoever has just searched the text, or filled it, has left its end in
-// the caches.
-template <class Put>
-inline void put_at_each(char* text, Selections selections, Put put) {
-  const Offset count = std::ssize(selections);
-  for (Offset i = 0; i < count; ++i) {
-    const Selection& selection = selections[static_cast<std::size_t>(i)];
-    if (i + kSelectionsAhead < count) {
-      fetch_text(text, (&selection)[kSelectionsAhead]);
-    }
-    put(text + selection.start);
-  }
-}
-
 // For strings of sizeof(Piece) to twice as many bytes.
 template <class Piece>
 void put_pieces_at_each(char* text, Selections selections,
@@ -82,9 +67,10 @@ void put_pieces_at_each(char* text, Selections selections,
   const Offset behind = std::ssize(string) - Offset{sizeof(Piece)};
   const auto first = load<Piece>(string.data());
   const auto last = load<Piece>(string.data() + behind);
-  put_at_each(text, selections, [=](char* to) {
+  visit_each(text, selections, [=](char* to, Offset) {
     store(to, first);
     store(to + behind, last);
+    return true;
   });
 }
 
@@ -102,8 +88,9 @@ void write_over(char* text, Selections selections, std::string_view string) {
     case 5:
       return put_pieces_at_each<Bytes16>(text, selections, string);
     default:
-      put_at_each(text, selections, [=](char* to) {
+      visit_each(text, selections, [=](char* to, Offset) {
         move_bytes(to, string.data(), std::ssize(string));
+        return true;
       });
   }
 }

@@ -62,22 +62,6 @@ class Overlaying {
   Offset known_length_;
 };
 
-// Calls `visit` with each selection's text and length, up to one for which it
-// answers false, and tells whether there was none.
-template <class Visit>
-bool visit_each(char* text, std::span<const Selection> selections,
-                Visit visit) {
-  const Offset count = std::ssize(selections);
-  for (Offset i = 0; i < count; ++i) {
-    const Selection& selection = selections[static_cast<std::size_t>(i)];
-    if (i + kSelectionsAhead < count) {
-      fetch_text(text, (&selection)[kSelectionsAhead]);
-    }
-    if (!visit(text + selection.start, selection.length())) return false;
-  }
-  return true;
-}
-
 // Whether all selections give bytes; those that are all as long as the template
 // take less to look at.
 bool give_bytes(const Composer& composer, char* text,

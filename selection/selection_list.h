@@ -48,6 +48,23 @@ inline void fetch_text(const char* text, const Selection& selection) {
   __builtin_prefetch(reinterpret_cast<const void*>(address));
 }
 
+// Calls `visit` with the text of each selection, all of which lie in the text,
+// and its length, up to one for which it answers false. Tells whether there was
+// none.
+template <class Visit>
+bool visit_each(char* text, std::span<const Selection> selections,
+                Visit visit) {
+  const Offset count = std::ssize(selections);
+  for (Offset i = 0; i < count; ++i) {
+    const Selection& selection = selections[static_cast<std::size_t>(i)];
+    if (i + kSelectionsAhead < count) {
+      fetch_text(text, (&selection)[kSelectionsAhead]);
+    }
+    if (!visit(text + selection.start, selection.length())) return false;
+  }
+  return true;
+}
+
 inline PairSurvey survey(std::span<const std::int32_t> longs,
                          std::int32_t limit = 0) {
   return survey_pairs(longs.data(), longs.data() + longs.size(), limit);

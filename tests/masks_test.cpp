@@ -84,7 +84,9 @@ TEST(MaskedTexts, BisectInAnyOrder) {
 // and with one that breaks the row, by its key or by the length of its value.
 TEST(MaskedTexts, MapNeighboursInRowsOfEveryLength) {
   MaskCall call = {.operation = MaskCall::kRewrite};
-  for (char letter = 127; letter >= 0; --letter) call.text += letter;
+  for (int letter = 127; letter >= 0; --letter) {
+    call.text += static_cast<char>(letter);
+  }
   call.end = 128;
   for (const std::int32_t count : {1, 2, 15, 16, 17, 26, 31, 32, 33, 64, 128}) {
     for (const std::int32_t first : {0, 1, 40, 65, 128 - count}) {

@@ -27,7 +27,7 @@ void store(__m512i bytes, char* to, Offset size) {
   if (size == kBlock) return _mm512_storeu_si512(to, bytes);
   alignas(64) char block[kBlock];
   _mm512_store_si512(block, bytes);
-  move_bytes(to, block, size);
+  move_few_bytes(to, block, size);
 }
 
 constexpr auto kNumbers = [] {
