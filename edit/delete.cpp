@@ -11,6 +11,7 @@ bool delete_selections(QuillBlock text, QuillBlock selections,
   if (GetHandleSize(text) == 0 || GetHandleSize(selections) < 4) return true;
   BlockLock text_lock(text);
   const BlockLock list_lock(selections);
+  if (text == selections) return false;
   const std::span<std::int32_t> longs = list_lock.longs();
   const std::span<Selection> places = selections_of(longs);
   if (longs.size() == 2) return replace_one(text_lock, places[0], {}, limits);

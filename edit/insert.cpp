@@ -99,7 +99,7 @@ bool replace_selections(QuillBlock text, QuillBlock selections,
                         std::string_view string, const SizeLimits& limits) {
   if (GetHandleSize(selections) < 4) return false;
   const BlockLock list_lock(selections);
-  if (text == nullptr) return false;
+  if (text == nullptr || text == selections) return false;
   BlockLock text_lock(text);
   const std::span<std::int32_t> longs = list_lock.longs();
   const std::span<Selection> places = selections_of(longs);

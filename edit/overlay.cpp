@@ -113,7 +113,7 @@ bool overlay(QuillBlock* variable, QuillBlock selections, const Template& form,
     return delete_selections(text, selections, limits);
   }
   if (GetHandleSize(selections) < 4) return true;
-  if (text == nullptr) {
+  if (text == nullptr || text == selections) {
     HUnlock(selections);
     return false;
   }

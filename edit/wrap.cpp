@@ -42,7 +42,7 @@ bool wrap_selections(QuillBlock text, QuillBlock selections,
                      std::string_view leading, std::string_view trailing) {
   if (GetHandleSize(selections) < 8) return false;
   const BlockLock list_lock(selections);
-  if (text == nullptr) return false;
+  if (text == nullptr || text == selections) return false;
   BlockLock text_lock(text);
   if (!is_canonical(list_lock.longs(), text_lock.size())) return false;
   const Offset pairs = std::ssize(list_lock.longs()) / 2;

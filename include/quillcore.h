@@ -63,10 +63,10 @@
 /// (two for a selection) where a parameter says so. A list is *canonical* when
 /// `0 <= start <= end <= text length` for every selection, each begins at or
 /// after the end of the one before, and the number of longs is even. Searches
-/// produce canonical lists; edits ask for one, and refuse any other without a
-/// change. OrderSelections makes any list canonical. A *key selection list*
-/// has records of four longs: the selection of a key, then that of the outer
-/// match it lies in.
+/// produce canonical lists; edits ask for one, in a Block other than the
+/// text's, and refuse any other without a change. OrderSelections makes any
+/// list canonical. A *key selection list* has records of four longs: the
+/// selection of a key, then that of the outer match it lies in.
 ///
 /// ## Blocks
 /// A Block (QuillBlock) is memory that may move when its size changes: a

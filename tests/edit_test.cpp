@@ -67,6 +67,17 @@ TEST(Edits, WrapDeleteAndApplyATable) {
                  .text = unlocked("u uponsat upon the ")});
 }
 
+TEST(Edits, RefuseATextThatIsItsOwnList) {
+  const Longs longs = {0, 1, 2, 20};
+  const HeldBlock both(longs);
+  QuillBlock text = both.block;
+  EXPECT_EQ(DelSel(&text, text), 0);
+  EXPECT_EQ(InsertStr(&text, text, "xy", 2, nullptr), 0);
+  EXPECT_EQ(InsertDualStr(&text, text, "x", 1, "y", 1), 0);
+  EXPECT_EQ(InsertMaskedStr(&text, text, &longs[1], 2, Flags(2).data()), 0);
+  EXPECT_EQ(state_of(both.block), unlocked(bytes_in(longs)));
+}
+
 TEST(InsertMultiple, TakesOneEntryThreeTimes) {
   QuillReplaceEntry first = {0, 4, "x", 1, 1};
   QuillReplaceEntry again = {4, 4, "ab", 2, 3};
