@@ -32,8 +32,8 @@ inline BlockRecord* record_of(QuillBlock block) {
 // Null when `size` is negative or memory is short.
 QuillBlock NewHandle(std::int32_t size);
 
-// An empty Block that has room for `byte_count` bytes, a few hundred at most:
-// up to there it is not refused any size.
+// An empty Block with room for `byte_count` bytes, a few hundred at most: no
+// size up to there is refused it.
 QuillBlock new_handle_with_room(std::uint16_t byte_count);
 
 // As NewHandle, filled with zero bytes.

@@ -53,14 +53,6 @@ inline void set_run_in_words(Byte* bits, std::uint32_t first,
   }
 }
 
-// How the runs of a list are written. Where they are short and far apart, each
-// is one write of the eight bytes from its first byte on; where they are close,
-// such a write would have to wait for the one before it, which it overlaps.
-enum class Placing { kClose, kApart };
-
-// Runs of up to so many bits lie in the eight bytes from their first byte on.
-constexpr std::uint32_t kMostInEightBytes = 57;
-
 // The same where `last` may lie among the last bytes, less than a word, of the
 // `byte_count` that may be touched.
 inline void set_run(Byte* bits, Offset byte_count, std::uint32_t first,
@@ -72,6 +64,14 @@ inline void set_run(Byte* bits, Offset byte_count, std::uint32_t first,
     byte = static_cast<Byte>(byte | 1u << (bit & 7));
   }
 }
+
+// How the runs of a list are written. Where they are short and far apart, each
+// is one write of the eight bytes from its first byte on; where they are close,
+// such a write would have to wait for the one before it, which it overlaps.
+enum class Placing { kClose, kApart };
+
+// Runs of up to so many bits lie in the eight bytes from their first byte on.
+constexpr std::uint32_t kMostInEightBytes = 57;
 
 // Sets the bits start + 1 to end of each selection, cut to the text. The set
 // has those bits in its first `byte_count` bytes.
