@@ -4,6 +4,7 @@
 #include <numeric>
 
 #include "tests/checks/calls.h"
+#include "tests/support/alphabet.h"
 #include "tests/support/expect.h"
 #include "tests/support/guarded_text.h"
 
@@ -93,6 +94,14 @@ TEST(SortSelections, AgreeWithNaiveTwinOnLongEqualTexts) {
   EXPECT_EQ(first_difference(call), "");
 }
 
+TEST(SortSelections, AgreeWithNaiveTwinOnLettersWrittenTooLong) {
+  SelectionCall call = {.text = repeated("\xC1\xA1z", 90)};
+  for (int at = 0; at < 90; at += 3) {
+    call.list.insert(call.list.end(), {at, at + 2, at + 2, at + 3});
+  }
+  EXPECT_EQ(first_difference(call), "");
+}
+
 TEST(SortSelections, NeedNoMemory) {
   for_random_inputs(66, 2000, [](Input& in) -> std::string {
     const SelectionCall call = draw_selection_call(in);
@@ -108,6 +117,19 @@ TEST(SortSelections, NeedNoMemory) {
     }
     return {};
   });
+}
+
+TEST(SelectionToMap, AgreesWithNaiveTwinOnShortRunsFarApart) {
+  for (int i = 0; i < 6 * 64; ++i) {
+    SelectionCall call = {.operation = SelectionCall::kToMap,
+                          .size = 2000 + i % 64};
+    call.map.resize(static_cast<std::size_t>(call.size + 9) / 8);
+    for (int end = call.size + i / 64 % 2; end > 60; end -= 65) {
+      const int length = end + 70 > call.size ? 56 + i / 128 : 57;
+      call.list.insert(call.list.begin(), {end - length, end});
+    }
+    ASSERT_EQ(first_difference(call), "");
+  }
 }
 
 TEST(SelectionSets, KeepTheirRules) {

@@ -28,6 +28,33 @@ TEST(WordTables, FindTheSameWithAndWithoutAnIndex) {
   });
 }
 
+// And what looks like a word where 12 bytes are taken for short characters.
+TEST(WordTables, FindLongWords) {
+  WordTableCall call = {
+      .words = {word("aaaa\u20AC", "long"), word("aaaaaaaaC!", "none")},
+      .mask = {{'b'}, {packed("\u20AC")}},
+      .text = "aaaab aaaaaaaa\u00E1 ",
+      .parts = {{set_of("ab\u00E1")}}};
+  for (std::size_t length = 70; length > 4; length -= 3) {
+    const std::string some(length, 'a');
+    call.words.push_back(word(some, std::to_string(length)));
+    call.text += some + "aa ";
+  }
+  call.to = length_of(call.text);
+  EXPECT_EQ(first_difference(call), "");
+}
+
+TEST(WordTables, FindNothingBeforeTheText) {
+  char text[4] = {};
+  const std::int32_t zero = 0;
+  QuillWordEntry word = {&zero, 1, "x", 1};
+  QuillWordEntry* words[] = {&word};
+  QuillReplaceEntry entry = {-1, 1, "?", 9, 9};
+  QuillReplaceEntry* table[] = {&entry};
+  WordTable_FillReplaceTable(table, 1, words, 1, &text[2], nullptr, nullptr, 0);
+  EXPECT_EQ(entry.replacement, nullptr);
+}
+
 TEST(WordTables, LeaveTheTextWhenMemoryIsShort) {
   WordTableCall call = {.words = {word("cat", std::string(2000, 'x')),
                                   word("sat", std::string(3000, 'y'))},
