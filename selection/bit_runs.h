@@ -81,9 +81,9 @@ inline void set_selections(Byte* bits, Offset byte_count,
                            std::int32_t text_length) {
   const Offset in_words =
       std::min<Offset>(text_length, byte_count / 8 * 64 - 1);
-  // Short runs that begin up to here may be written with eight bytes.
-  const Offset apart_up_to =
-      std::min<Offset>(text_length, byte_count * 8 - 64) - kMostInEightBytes;
+  // From the first byte of a run that begins up to here eight bytes may be
+  // written: bit `text_length` belongs to the set.
+  const Offset apart_up_to = Offset{text_length} - kMostInEightBytes;
   // In a list that is out of order the words to come are fetched early.
   constexpr std::size_t kAhead = 24;
   for (std::size_t i = 0; i < selections.size(); ++i) {
