@@ -30,6 +30,8 @@ class MaskTable {
 
   std::int32_t map(std::int32_t character) {
     const auto bits = static_cast<std::uint32_t>(character);
+    // There are values wherever there is a count.
+    // NOLINTNEXTLINE(clang-analyzer-core.NullDereference)
     if (bits - first_ < count_) return values_[bits - first_];
     return bits < ascii_limit_ ? character : map_longer(character);
   }
