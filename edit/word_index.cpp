@@ -17,28 +17,8 @@ constexpr Offset kFewSelections = 16;
 // How many words ahead memory is asked for.
 constexpr std::int32_t kAhead = 8;
 
-constexpr std::int32_t kNowhere = -1;  // the place in a free slot
-// Characters of a word by which most selections are ruled out. They fit one
-// unit of a key.
+// Characters of a word by which most selections are ruled out.
 constexpr Offset kMostBeginning = 4;
-
-// Characters for which a key has room.
-constexpr std::int32_t kMostUnits = 12;
-
-std::uint64_t extend_hash(std::uint64_t hash, std::int32_t character) {
-  hash = (hash ^ static_cast<std::uint32_t>(character)) * 0xD6E8FEB86659FD93;
-  return hash ^ hash >> 32;
-}
-
-// The hash of characters below 0x10000.
-std::uint64_t hash_units(const std::array<std::uint64_t, 3>& units,
-                         std::int32_t length) {
-  std::uint64_t hash =
-      units[0] * 0x9E3779B97F4A7C15 + units[1] * 0xC2B2AE3D27D4EB4F +
-      units[2] * 0x165667B19E3779F9 + static_cast<std::uint32_t>(length);
-  hash = (hash ^ hash >> 32) * 0xD6E8FEB86659FD93;
-  return hash ^ hash >> 32;
-}
 
 std::uint64_t length_bit(Offset length) {
   return std::uint64_t{1} << std::min<Offset>(length, 63);
@@ -84,82 +64,25 @@ bool begins_with(const MaskedSelection& selection, const QuillWordEntry& word) {
       .equal;
 }
 
-// Four ASCII characters, mapped and packed into a unit, with no step waiting
-// for the one before. Sets bits beyond 0xFFFF in `all_bits` when they don't
-// fit.
-std::uint64_t pack_four(const Byte* text, const std::int32_t* ascii,
-                        std::uint32_t& all_bits) {
-  std::uint64_t units = 0;
-  for (std::size_t i = 0; i < 4; ++i) {
-    const auto bits = static_cast<std::uint32_t>(ascii[text[i] & 0x7F]);
-    units |= std::uint64_t{bits} << (i * 16);
-    all_bits |= bits;
-  }
-  return units;
-}
-
-// The first bytes of eight, none for a negative count.
-std::uint64_t first_bytes(Offset count) {
-  if (count <= 0) return 0;
-  return ~std::uint64_t{0} >> (64 - 8 * std::min<Offset>(count, 8));
-}
-
-// The part of a unit that holds its first `count` characters.
-std::uint64_t first_in_unit(Offset count) { return first_bytes(count * 2); }
-
 bool are_equal(const QuillWordEntry& word, const QuillWordEntry& other) {
   return word.word_count == other.word_count &&
          std::equal(word.word, word.word + word.word_count, other.word);
 }
 
+// The bytes of a short word of ASCII; any bit beyond these in `all_bits`
+// otherwise.
+KeyBytes pack_ascii(const QuillWordEntry& word, std::uint32_t& all_bits) {
+  std::array<std::uint64_t, 2> bytes{};
+  for (std::int32_t i = 0; i < word.word_count; ++i) {
+    const auto bits = static_cast<std::uint32_t>(word.word[i]);
+    bytes[static_cast<std::size_t>(i >> 3)] |= std::uint64_t{bits}
+                                               << (8 * (i & 7));
+    all_bits |= bits;
+  }
+  return {bytes[0], bytes[1]};
+}
+
 }  // namespace
-
-// The characters of a word, or of a selection up to a point, one after the
-// other. The hash is worked out when it is asked for, as long as the key has
-// room for the characters.
-class WordIndex::Beginning {
- public:
-  void add(std::int32_t character) {
-    const auto bits = static_cast<std::uint32_t>(character);
-    if (fits_ && length_ < kMostUnits && bits <= 0xFFFF) {
-      units_[static_cast<std::size_t>(length_) / 4] |= std::uint64_t{bits}
-                                                       << (length_ % 4 * 16);
-    } else {
-      hash_ = extend_hash(hash(), character);
-      fits_ = false;
-    }
-    ++length_;
-  }
-
-  // The same for the first four characters where they are ASCII and fit, with
-  // no step waiting for the one before. Returns whether they are.
-  bool add_four(const Byte* text, const std::int32_t* ascii) {
-    const Byte any = text[0] | text[1] | text[2] | text[3];
-    if (ascii == nullptr || any >= 0x80) return false;
-    std::uint32_t all_bits = 0;
-    const std::uint64_t units = pack_four(text, ascii, all_bits);
-    if (all_bits > 0xFFFF) return false;
-    units_[0] = units;
-    length_ = 4;
-    return true;
-  }
-
-  std::uint64_t hash() const {
-    return fits_ ? hash_units(units_, length_) : hash_;
-  }
-  std::int32_t length() const { return length_; }
-
-  Slot slot(std::int32_t place) const {
-    if (fits_) return {units_, length_, place};
-    return {{hash_, 0, 0}, ~length_, place};
-  }
-
- private:
-  std::array<std::uint64_t, 3> units_{};
-  std::uint64_t hash_ = 0;
-  std::int32_t length_ = 0;
-  bool fits_ = true;
-};
 
 WordIndex::WordIndex(const QuillWordEntry* const* words,
                      std::int32_t word_count, Offset selection_count)
@@ -167,10 +90,11 @@ WordIndex::WordIndex(const QuillWordEntry* const* words,
       empty_word_(find_empty_word(words, word_count)),
       slots_(slots_for(empty_word_, selection_count)),
       endings_(endings_for(slots_.size())),
+      found_(slots_.size() == 0 ? 0 : Offset{empty_word_} + 1),
       shortest_(kMaxLong),
       has_empty_word_(words != nullptr && empty_word_ < word_count) {
   if (!has_index()) return;
-  std::fill_n(slots_.data(), slots_.size(), Slot{{}, 0, kNowhere});
+  std::fill_n(slots_.data(), slots_.size(), Slot{0, kNowhere});
   std::fill_n(endings_.data(), endings_.size(), Endings{0});
   for (std::int32_t place = 0; place < empty_word_; ++place) {
     shortest_ = std::min<Offset>(shortest_, words_[place]->word_count);
@@ -183,60 +107,91 @@ WordIndex::WordIndex(const QuillWordEntry* const* words,
     }
     insert(place);
   }
+  found_[empty_word_] = {};
+  if (has_empty_word_) found_[empty_word_] = describe(empty_word_, {});
+}
+
+WordIndex::Word WordIndex::describe(std::int32_t place,
+                                    const WordKey& key) const {
+  const QuillWordEntry& word = *words_[place];
+  return {key.bytes, key.length, word.replacement_length, word.replacement};
+}
+
+// Returns all of the word.
+Beginning WordIndex::note_ending(const QuillWordEntry& word) {
+  const auto bit = 1u << std::min<Offset>(word.word_count, kLongEnding);
+  const auto note = [&](std::uint64_t hash) {
+    Endings& endings = endings_after(hash);
+    endings = static_cast<Endings>(endings | bit);
+  };
+  std::uint32_t all_bits = 0;
+  if (word.word_count <= KeyBytes::kCount) {
+    const KeyBytes bytes = pack_ascii(word, all_bits);
+    if (all_bits < 0x80) {
+      note(hash_of(bytes & KeyBytes::first(beginning_),
+                   static_cast<std::int32_t>(beginning_)));
+      return {bytes, word.word_count};
+    }
+  }
+  Beginning beginning;
+  for (std::int32_t i = 0; i < word.word_count; ++i) {
+    beginning.add(word.word[i]);
+    if (beginning.length() == beginning_) note(beginning.hash());
+  }
+  return beginning;
 }
 
 // Of equal words only the first is kept.
 void WordIndex::insert(std::int32_t place) {
   const QuillWordEntry& word = *words_[place];
   if (word.word == nullptr) return;
-  Beginning beginning;
-  for (std::int32_t i = 0; i < word.word_count; ++i) {
-    beginning.add(word.word[i]);
-    if (beginning.length() == beginning_) {
-      Endings& endings = endings_after(beginning.hash());
-      endings = static_cast<Endings>(
-          endings | 1u << std::min<Offset>(word.word_count, kLongEnding));
-    }
-  }
+  const Beginning whole = note_ending(word);
   longest_ = std::max<Offset>(longest_, word.word_count);
   lengths_ |= length_bit(word.word_count);
-  const Slot added = beginning.slot(place);
+  const WordKey key = whole.key();
+  const std::uint64_t hash = whole.hash();
+  found_[place] = describe(place, key);
   const Offset last = slots_.size() - 1;
-  Offset at = slot_of(beginning.hash());
-  for (; slots_[at].place != kNowhere; at = (at + 1) & last) {
-    if (slots_[at].has_key_of(added) &&
-        (added.holds_characters() ||
-         are_equal(*words_[slots_[at].place], word))) {
+  Offset at = slot_of(hash);
+  for (; next_place(at, tag_of(hash)) != kNowhere; at = (at + 1) & last) {
+    const std::int32_t other = slots_[at].place;
+    if (found_[other].has(key) &&
+        (key.holds_characters() || are_equal(*words_[other], word))) {
       return;
     }
   }
-  slots_[at] = added;
+  slots_[at] = {tag_of(hash), place};
+}
+
+std::int32_t WordIndex::next_place(Offset& at, std::uint32_t tag) const {
+  const Offset last = slots_.size() - 1;
+  while (slots_[at].place != kNowhere && slots_[at].tag != tag) {
+    at = (at + 1) & last;
+  }
+  return slots_[at].place;
+}
+
+bool WordIndex::is_word(std::int32_t place, const WordKey& wanted,
+                        const MaskedSelection& selection) const {
+  return found_[place].has(wanted) &&
+         (wanted.holds_characters() || begins_with(selection, *words_[place]));
 }
 
 // The place of the word that is wanted, a beginning of the selection, or that
 // of the empty word.
-std::int32_t WordIndex::place_of(const Slot& wanted, std::uint64_t hash,
+std::int32_t WordIndex::place_of(const WordKey& wanted, std::uint64_t hash,
                                  const MaskedSelection& selection) const {
   const Offset last = slots_.size() - 1;
-  Offset at = slot_of(hash);
-  for (; slots_[at].place != kNowhere; at = (at + 1) & last) {
-    if (slots_[at].has_key_of(wanted) &&
-        (wanted.holds_characters() ||
-         begins_with(selection, *words_[slots_[at].place]))) {
-      return slots_[at].place;
-    }
+  for (Offset at = slot_of(hash);; at = (at + 1) & last) {
+    const std::int32_t place = next_place(at, tag_of(hash));
+    if (place == kNowhere) return empty_word_;
+    if (is_word(place, wanted, selection)) return place;
   }
-  return empty_word_;
 }
 
 // Reads as many characters as every word has. False when there are fewer.
 bool WordIndex::read_beginning(const MaskedSelection& selection,
                                Offset& position, Beginning& beginning) const {
-  if (beginning_ == kMostBeginning &&
-      beginning.add_four(selection.text + position, selection.mask.ascii())) {
-    position += kMostBeginning;
-    return true;
-  }
   while (beginning.length() < beginning_) {
     const Character read = read_quickly(selection, position);
     if (!read.found) return false;
@@ -282,141 +237,199 @@ std::int32_t WordIndex::look_up(const MaskedSelection& selection) const {
   std::int32_t first = empty_word_;
   each_beginning(selection, [&](const Beginning& beginning) {
     first = std::min(
-        first, place_of(beginning.slot(kNowhere), beginning.hash(), selection));
+        first, place_of(beginning.key(), beginning.hash(), selection));
   });
   return first;
 }
 
-Offset WordIndex::sift(const Byte* text, Offset size,
-                       std::span<const Selection> selections, MaskTable& mask,
-                       Sifted* sifted) const {
-  const std::int32_t* const ascii = mask.ascii();
+// Looks up many selections: what is done for each is done for all of them
+// before the next step. Most steps go without a branch: in text, which words
+// are in a table can't be predicted.
+class WordIndex::Lookup {
+ public:
+  Lookup(const WordIndex& index, const Byte* text, Offset size,
+         std::span<const Selection> selections, WordMask& mask,
+         std::int32_t* places)
+      : index_(index),
+        text_(text),
+        size_(size),
+        selections_(selections),
+        mask_(mask),
+        places_(places) {}
+
+  void run() {
+    gather();
+    map();
+    sift();
+    for (std::size_t i = 0; i < plain_count_; ++i) ask_for_plain(i);
+    for (std::size_t i = 0; i < other_count_; ++i) {
+      const std::int32_t number = others_[i];
+      index_.each_beginning(at(number), [&](const Beginning& beginning) {
+        ask(beginning.key(), beginning.hash(), number);
+      });
+    }
+    settle();
+  }
+
+ private:
+  // A beginning of a selection that may be a word.
+  struct Probe {
+    WordKey wanted;
+    std::int32_t number;  // of the selection
+    std::uint64_t hash;
+  };
+  struct Candidate {
+    std::int32_t probe;
+    std::int32_t place;
+  };
+
+  MaskedSelection at(std::int32_t number) const {
+    const Selection& at = selections_[static_cast<std::size_t>(number)];
+    return {text_, at.start, at.end, mask_.table};
+  }
+
+  // Tells plain selections, which begin with ASCII, from others, and leaves out
+  // those that are shorter than every word.
+  void gather() {
+    const Offset last = size_ - KeyBytes::kCount;
+    const auto count = static_cast<std::int32_t>(std::ssize(selections_));
+    for (std::int32_t i = 0; i < count; ++i) {
+      const Selection& selection = selections_[static_cast<std::size_t>(i)];
+      const bool has_room = selection.start <= last;
+      const KeyBytes bytes =
+          has_room ? KeyBytes::load(text_ + selection.start) &
+                         KeyBytes::first(selection.length())
+                   : KeyBytes{};
+      const bool is_plain = has_room && bytes.are_ascii();
+      const bool is_long_enough = selection.length() >= index_.shortest_;
+      bytes_[plain_count_] = bytes;
+      numbers_[plain_count_] = others_[other_count_] = i;
+      plain_count_ += static_cast<std::size_t>(is_long_enough & is_plain);
+      other_count_ += static_cast<std::size_t>(is_long_enough & !is_plain);
+    }
+  }
+
+  // Where the mask has longer characters for ASCII, no selection is plain.
+  void map() {
+    const auto size = static_cast<Offset>(plain_count_ * sizeof(KeyBytes));
+    const MappedRun run = map_characters(
+        mask_.map, reinterpret_cast<const Byte*>(bytes_.data()), size,
+        reinterpret_cast<char*>(mapped_.data()), size);
+    if (run.bytes == size) return;
+    std::copy_n(numbers_.data(), plain_count_, others_.data() + other_count_);
+    other_count_ += plain_count_;
+    plain_count_ = 0;
+  }
+
+  // Leaves the plain selections that may begin with a word.
+  void sift() {
+    const KeyBytes in_beginning = KeyBytes::first(index_.beginning_);
+    const auto length = static_cast<std::int32_t>(index_.beginning_);
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < plain_count_; ++i) {
+      const std::int32_t number = numbers_[i];
+      const Offset room =
+          selections_[static_cast<std::size_t>(number)].length();
+      const KeyBytes bytes = mapped_[i] & KeyBytes::first(room);
+      const unsigned endings =
+          index_.endings_after(hash_of(bytes & in_beginning, length)) &
+          up_to(room);
+      const bool is_plain =
+          bytes.are_ascii() && endings >> WordIndex::kLongEnding == 0;
+      mapped_[count] = bytes;
+      endings_[count] = static_cast<Endings>(endings);
+      numbers_[count] = others_[other_count_] = number;
+      count += static_cast<std::size_t>(is_plain & (endings != 0));
+      other_count_ += static_cast<std::size_t>(!is_plain);
+    }
+    plain_count_ = count;
+  }
+
+  void ask_for_plain(std::size_t i) {
+    for (unsigned left = endings_[i]; left != 0; left &= left - 1) {
+      const auto length = std::countr_zero(left);
+      const KeyBytes bytes = mapped_[i] & KeyBytes::first(length);
+      ask({bytes, length}, hash_of(bytes, length), numbers_[i]);
+    }
+  }
+
+  void ask(const WordKey& wanted, std::uint64_t hash, std::int32_t number) {
+    if (probe_count_ == probes_.size()) settle();
+    __builtin_prefetch(&index_.slots_[index_.slot_of(hash)]);
+    probes_[probe_count_++] = {wanted, number, hash};
+  }
+
+  // Once the slots have come.
+  void settle() {
+    std::array<Candidate, kAtOnce> candidates;
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < probe_count_; ++i) {
+      const std::uint64_t hash = probes_[i].hash;
+      Offset slot = index_.slot_of(hash);
+      const std::int32_t place = index_.next_place(slot, tag_of(hash));
+      __builtin_prefetch(index_.found_.data() + std::max(place, 0));
+      candidates[count] = {static_cast<std::int32_t>(i), place};
+      count += static_cast<std::size_t>(place != kNowhere);
+    }
+    for (const Candidate& it : std::span(candidates).first(count)) {
+      const Probe& probe = probes_[static_cast<std::size_t>(it.probe)];
+      std::int32_t place = it.place;
+      if (!index_.is_word(place, probe.wanted, at(probe.number))) {
+        place = index_.place_of(probe.wanted, probe.hash, at(probe.number));
+      }
+      std::int32_t& first = places_[probe.number];
+      first = std::min(first, place);
+    }
+    probe_count_ = 0;
+  }
+
+  const WordIndex& index_;
+  const Byte* text_;
+  Offset size_;
+  std::span<const Selection> selections_;
+  WordMask& mask_;
+  std::int32_t* places_;
+
+  // Of the plain selections.
+  std::array<std::int32_t, kAtOnce> numbers_;
+  alignas(64) std::array<KeyBytes, kAtOnce> bytes_;
+  alignas(64) std::array<KeyBytes, kAtOnce> mapped_;
+  std::array<Endings, kAtOnce> endings_;
+  std::size_t plain_count_ = 0;
+  // The numbers of others.
+  std::array<std::int32_t, kAtOnce> others_;
+  std::size_t other_count_ = 0;
+  // Those whose slots are on their way.
+  std::array<Probe, kAtOnce> probes_;
+  std::size_t probe_count_ = 0;
+};
+
+Offset WordIndex::find_all(const Byte* text, Offset size,
+                           std::span<const Selection> selections,
+                           WordMask& mask, Hit* hits) const {
   const auto selection_count =
       static_cast<std::int32_t>(std::ssize(selections));
-  if (ascii == nullptr || size < kMostBeginning) {
-    for (std::int32_t i = 0; i < selection_count; ++i) sifted[i] = {i, 0};
-    return selection_count;
-  }
-  const auto length = static_cast<std::int32_t>(beginning_);
-  // What of the bytes read belongs to the beginning.
-  const std::uint64_t in_units = ~std::uint64_t{0} >> (64 - 16 * length);
-  const std::uint32_t in_bytes = ~std::uint32_t{0} >> (32 - 8 * length);
-  std::int32_t count = 0;
-  for (std::int32_t i = 0; i < selection_count; ++i) {
-    const Selection& selection = selections[static_cast<std::size_t>(i)];
-    const Offset at = std::min<Offset>(selection.start, size - kMostBeginning);
-    std::array<Byte, kMostBeginning> bytes;
-    std::memcpy(bytes.data(), text + at, bytes.size());
-    std::uint32_t together;
-    std::memcpy(&together, bytes.data(), sizeof together);
-    std::uint32_t all_bits = 0;
-    const std::uint64_t units = pack_four(bytes.data(), ascii, all_bits);
-    const unsigned endings =
-        endings_after(hash_units({units & in_units, 0, 0}, length)) &
-        up_to(selection.length());
-    const bool is_odd = (together & in_bytes & 0x80808080) != 0 ||
-                        all_bits > 0xFFFF || at != selection.start;
-    const bool may_match = is_odd || endings != 0;
-    sifted[count] = {i, static_cast<Endings>(is_odd ? 0 : endings)};
-    const bool is_long_enough = selection.length() >= length;
-    count += static_cast<int>(may_match) & static_cast<int>(is_long_enough);
-  }
-  return count;
-}
-
-// Hands over the keys of the beginnings that may be words, where the text that
-// they are made of, `room` bytes at the most, is ASCII and fits a key. False,
-// with none handed over, where it isn't.
-template <class Use>
-bool WordIndex::each_plain_beginning(const Byte* text, Offset room,
-                                     const std::int32_t* ascii, Endings endings,
-                                     Use use) const {
-  const Offset longest = std::bit_width(endings) - 1;
-  if (longest < 0 || longest > kMostUnits || room < kMostUnits) return false;
-  std::array<std::uint64_t, 3> units{};
-  std::uint32_t all_bits = 0;
-  std::uint64_t bytes;
-  std::uint32_t more_bytes;
-  std::memcpy(&bytes, text, sizeof bytes);
-  std::memcpy(&more_bytes, text + sizeof bytes, sizeof more_bytes);
-  for (std::size_t unit = 0; unit < 3; ++unit) {
-    units[unit] = pack_four(text + 4 * unit, ascii, all_bits);
-  }
-  const std::uint64_t not_ascii = ((bytes & first_bytes(longest)) |
-                                   (more_bytes & first_bytes(longest - 8))) &
-                                  0x8080808080808080;
-  if (not_ascii != 0 || all_bits > 0xFFFF) return false;
-  for (unsigned left = endings; left != 0; left &= left - 1) {
-    const auto length = std::countr_zero(left);
-    use(Slot{
-        {units[0] & first_in_unit(length), units[1] & first_in_unit(length - 4),
-         units[2] & first_in_unit(length - 8)},
-        length,
-        kNowhere});
-  }
-  return true;
-}
-
-void WordIndex::look_up_all(const Byte* text, Offset size,
-                            std::span<const Selection> selections,
-                            MaskTable& mask, std::int32_t* places) const {
-  std::array<Sifted, kAtOnce> sifted;
-  const Offset sifted_count = sift(text, size, selections, mask, sifted.data());
-  const auto selection_of = [&](std::int32_t number) -> MaskedSelection {
-    const Selection& at = selections[static_cast<std::size_t>(number)];
-    return {text, at.start, at.end, mask};
-  };
-  std::array<Probe, kAtOnce> probes;  // whose slots are on their way
-  std::size_t probe_count = 0;
-  const auto settle = [&] {
-    for (const Probe& probe : std::span(probes).first(probe_count)) {
-      std::int32_t& place = places[probe.number];
-      place = std::min(place, place_of(probe.wanted, probe.hash,
-                                       selection_of(probe.number)));
-      __builtin_prefetch(words_ + place);
-    }
-    probe_count = 0;
-  };
-  const auto ask = [&](const Slot& wanted, std::uint64_t hash,
-                       std::int32_t number) {
-    if (probe_count == probes.size()) settle();
-    __builtin_prefetch(&slots_[slot_of(hash)]);
-    probes[probe_count++] = {wanted, hash, number};
-  };
-  const auto count = static_cast<std::size_t>(sifted_count);
-  for (const auto& [number, endings] : std::span(sifted).first(count)) {
-    const MaskedSelection selection = selection_of(number);
-    if (each_plain_beginning(
-            text + selection.start, size - selection.start, mask.ascii(),
-            endings, [&, number = number](const Slot& wanted) {
-              ask(wanted, hash_units(wanted.units, wanted.length), number);
-            })) {
-      continue;
-    }
-    each_beginning(selection, [&, number = number](const Beginning& beginning) {
-      ask(beginning.slot(kNowhere), beginning.hash(), number);
-    });
-  }
-  settle();
-}
-
-void WordIndex::find_all(const Byte* text, Offset size,
-                         std::span<const Selection> selections, MaskTable& mask,
-                         const QuillWordEntry** found) const {
+  Offset count = 0;
   if (!has_index()) {
-    for (const Selection& selection : selections) {
-      *found++ = find({text, selection.start, selection.end, mask});
+    for (std::int32_t i = 0; i < selection_count; ++i) {
+      const Selection& selection = selections[static_cast<std::size_t>(i)];
+      const QuillWordEntry* const word =
+          find({text, selection.start, selection.end, mask.table});
+      if (word == nullptr) continue;
+      hits[count++] = {i, word->replacement_length, word->replacement};
     }
-    return;
+    return count;
   }
   std::array<std::int32_t, kAtOnce> places;
   std::fill_n(places.data(), selections.size(), empty_word_);
-  look_up_all(text, size, selections, mask, places.data());
-  for (std::size_t i = 0; i < selections.size(); ++i) {
-    const bool any = places[i] < empty_word_ || has_empty_word_;
-    found[i] = any ? words_[places[i]] : nullptr;
-    __builtin_prefetch(found[i]);
+  Lookup(*this, text, size, selections, mask, places.data()).run();
+  for (std::int32_t i = 0; i < selection_count; ++i) {
+    const std::int32_t place = places[static_cast<std::size_t>(i)];
+    const Word& word = found_[place];
+    hits[count] = {i, word.replacement_length, word.replacement};
+    count += static_cast<Offset>(place < empty_word_ || has_empty_word_);
   }
+  return count;
 }
 
 std::int32_t WordIndex::try_in_order(const MaskedSelection& selection) const {

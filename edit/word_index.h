@@ -5,12 +5,14 @@
 // the words after one are never found.
 //
 // Trying the words one after the other defines the answer. When many
-// selections are to be looked up among many words, an index holds the words by
-// a hash of their characters. Another table tells, by a hash of a selection's
-// first few characters, how long the words are that begin so: mostly there are
-// none, or none as short as the selection, and otherwise only the beginnings of
-// these lengths are looked up. Without memory for the index the words are tried
-// in order.
+// selections are to be looked up among many words, an index finds the words by
+// a hash of their characters. Its slots hold no more than a part of the hash
+// and the word's place, so that they lie in the nearer caches; what decides
+// lies with the word's replacement, and is hardly ever looked at in vain.
+// Another table tells, by a hash of a selection's first few characters, how
+// long the words are that begin so: mostly there are none, or none as short as
+// the selection, and otherwise only the beginnings of these lengths are looked
+// up. Without memory for the index the words are tried in order.
 #pragma once
 
 #include <algorithm>
@@ -19,8 +21,10 @@
 
 #include "blocks/base.h"
 #include "blocks/scratch.h"
+#include "edit/word_key.h"
 #include "quillcore.h"
 #include "selection/selection_list.h"
+#include "utf8/character_map.h"
 #include "utf8/mask_table.h"
 
 namespace quill {
@@ -33,6 +37,16 @@ struct MaskedSelection {
   MaskTable& mask;
 };
 
+// A mask as many selections at once need it.
+struct WordMask {
+  WordMask(const Mask& mask, Offset byte_count) : table(mask, byte_count) {
+    map_ascii(mask, map);
+  }
+
+  MaskTable table;
+  CharacterMap map;
+};
+
 class WordIndex {
  public:
   // `selection_count`: how many selections will be looked up.
@@ -42,90 +56,86 @@ class WordIndex {
   // Null when the selection begins with no word of the table.
   const QuillWordEntry* find(const MaskedSelection& selection) const;
 
+  // A selection that begins with a word, and the word's replacement.
+  struct Hit {
+    std::int32_t number;  // of the selection
+    std::int32_t replacement_length;
+    const char* replacement;
+  };
+
   // The same for many selections, which lie within the `size` bytes of the
-  // text, at most kAtOnce: writes a word or null for each. What one of them
-  // waits for comes from memory while others are dealt with.
+  // text, at most kAtOnce. Writes the hits in order, and returns how many. What
+  // one selection waits for comes from memory while others are dealt with.
   static constexpr std::size_t kAtOnce = 256;
-  void find_all(const Byte* text, Offset size,
-                std::span<const Selection> selections, MaskTable& mask,
-                const QuillWordEntry** found) const;
+  Offset find_all(const Byte* text, Offset size,
+                  std::span<const Selection> selections, WordMask& mask,
+                  Hit* hits) const;
 
  private:
-  // What words are found by: up to 12 characters below 0x10000 themselves, or
-  // the hash of other words, which are then compared as well.
   struct Slot {
-    std::array<std::uint64_t, 3> units;  // four characters in each
-    std::int32_t length;                 // in characters; ~length for a hash
-    std::int32_t place;                  // of the word in the table
+    std::uint32_t tag;   // part of the word's hash
+    std::int32_t place;  // of the word in the table
+  };
+  struct Word {
+    KeyBytes bytes;
+    std::int32_t key_length;
+    std::int32_t replacement_length;
+    const char* replacement;
 
-    bool has_key_of(const Slot& other) const {
-      return ((units[0] ^ other.units[0]) | (units[1] ^ other.units[1]) |
-              (units[2] ^ other.units[2]) |
-              static_cast<std::uint32_t>(length ^ other.length)) == 0;
+    bool has(const WordKey& key) const {
+      return WordKey{bytes, key_length} == key;
     }
-    bool holds_characters() const { return length >= 0; }
   };
-
-  // A beginning of a selection that may be a word.
-  struct Probe {
-    Slot wanted;
-    std::uint64_t hash;
-    std::int32_t number;  // of the selection
-  };
-
-  class Beginning;
 
   // The lengths of words, in characters. Bit n: n of them, or that many and
   // more for the last bit.
   using Endings = std::uint16_t;
   static constexpr Offset kLongEnding = 15;
-  // A selection that can begin with a word.
-  struct Sifted {
-    std::int32_t number;
-    Endings endings;  // the lengths of such words; 0 where they aren't known
-  };
-
   // The lengths that a selection of `length` characters has room for.
   static unsigned up_to(Offset length) {
     return (2u << std::clamp<Offset>(length, 0, kLongEnding)) - 1;
   }
 
+  class Lookup;
+
   void insert(std::int32_t place);
+  Beginning note_ending(const QuillWordEntry& word);
+  Word describe(std::int32_t place, const WordKey& key) const;
   std::int32_t look_up(const MaskedSelection& selection) const;
   template <class Use>
   void each_beginning(const MaskedSelection& selection, Use use) const;
-  std::int32_t place_of(const Slot& wanted, std::uint64_t hash,
-                        const MaskedSelection& selection) const;
-
-  // Writes those of the selections that can begin with a word, in order, and
-  // returns how many. Goes without a branch: in text, which words are in a
-  // table can't be predicted.
-  Offset sift(const Byte* text, Offset size,
-              std::span<const Selection> selections, MaskTable& mask,
-              Sifted* sifted) const;
-  template <class Use>
-  bool each_plain_beginning(const Byte* text, Offset room,
-                            const std::int32_t* ascii, Endings endings,
-                            Use use) const;
-  void look_up_all(const Byte* text, Offset size,
-                   std::span<const Selection> selections, MaskTable& mask,
-                   std::int32_t* places) const;
   bool read_beginning(const MaskedSelection& selection, Offset& position,
                       Beginning& beginning) const;
+  // The place of the first word from slot `at` on that may be the one wanted,
+  // or kNowhere; `at` goes on to its slot.
+  std::int32_t next_place(Offset& at, std::uint32_t tag) const;
+  bool is_word(std::int32_t place, const WordKey& wanted,
+               const MaskedSelection& selection) const;
+  std::int32_t place_of(const WordKey& wanted, std::uint64_t hash,
+                        const MaskedSelection& selection) const;
+  std::int32_t try_in_order(const MaskedSelection& selection) const;
+
+  static std::uint32_t tag_of(std::uint64_t hash) {
+    return static_cast<std::uint32_t>(hash >> 32);
+  }
   Offset slot_of(std::uint64_t hash) const {
     return static_cast<Offset>(hash) & (slots_.size() - 1);
   }
-  bool has_index() const { return slots_.size() != 0 && endings_.size() != 0; }
+  bool has_index() const {
+    return slots_.size() != 0 && endings_.size() != 0 && found_.size() != 0;
+  }
   Endings& endings_after(std::uint64_t hash) const {
     return endings_[static_cast<Offset>(hash >> 24) & (endings_.size() - 1)];
   }
-  std::int32_t try_in_order(const MaskedSelection& selection) const;
+
+  static constexpr std::int32_t kNowhere = -1;  // the place in a free slot
 
   const QuillWordEntry* const* words_;
   std::int32_t empty_word_;   // place of the first word of no characters, or
                               // the number of words; only those before it count
   Scratch<Slot> slots_;       // open addressing; of size 0 without an index
   Scratch<Endings> endings_;  // by the hash of a word's beginning
+  Scratch<Word> found_;       // by place, up to that of the empty word
   Offset shortest_;           // characters in the shortest word
   Offset beginning_ = 0;      // characters in a beginning
   Offset longest_ = 0;        // and in the longest

@@ -68,27 +68,28 @@ struct Replacements {
                const Mask& mask) {
     const auto selection_count = static_cast<Offset>(selections.size());
     const WordIndex index(table.words, table.count, selection_count);
-    MaskTable mask_table(mask, selection_count * kMappedBytes);
-    std::array<const QuillWordEntry*, WordIndex::kAtOnce> words;
+    WordMask word_mask(mask, selection_count * kMappedBytes);
+    std::array<WordIndex::Hit, WordIndex::kAtOnce> hits;
     while (!selections.empty()) {
       const auto some =
-          selections.first(std::min(selections.size(), words.size()));
-      index.find_all(text, size, some, mask_table, words.data());
-      for (std::size_t i = 0; i < some.size(); ++i) {
-        if (words[i] != nullptr && !replace(some[i], *words[i])) return false;
+          selections.first(std::min(selections.size(), hits.size()));
+      const auto hit_count = static_cast<std::size_t>(
+          index.find_all(text, size, some, word_mask, hits.data()));
+      for (const WordIndex::Hit& hit : std::span(hits).first(hit_count)) {
+        if (!replace(some[static_cast<std::size_t>(hit.number)], hit)) {
+          return false;
+        }
       }
       selections = selections.subspan(some.size());
     }
     return true;
   }
 
-  bool replace(const Selection& selection, const QuillWordEntry& word) {
-    if (!is_byte_string(word.replacement, word.replacement_length)) {
-      return false;
-    }
+  bool replace(const Selection& selection, const WordIndex::Hit& hit) {
+    if (!is_byte_string(hit.replacement, hit.replacement_length)) return false;
     found[count++] = {selection.start, selection.end,
-                      byte_string(word.replacement, word.replacement_length)};
-    growth += word.replacement_length - selection.length();
+                      byte_string(hit.replacement, hit.replacement_length)};
+    growth += hit.replacement_length - selection.length();
     return true;
   }
 
