@@ -171,8 +171,8 @@ std::int32_t WordIndex::next_place(Offset& at, std::uint32_t tag) const {
   return slots_[at].place;
 }
 
-bool WordIndex::is_word(std::int32_t place, const WordKey& wanted,
-                        const MaskedSelection& selection) const {
+bool WordIndex::is_wanted(std::int32_t place, const WordKey& wanted,
+                          const MaskedSelection& selection) const {
   return found_[place].has(wanted) &&
          (wanted.holds_characters() || begins_with(selection, *words_[place]));
 }
@@ -185,7 +185,7 @@ std::int32_t WordIndex::place_of(const WordKey& wanted, std::uint64_t hash,
   for (Offset at = slot_of(hash);; at = (at + 1) & last) {
     const std::int32_t place = next_place(at, tag_of(hash));
     if (place == kNowhere) return empty_word_;
-    if (is_word(place, wanted, selection)) return place;
+    if (is_wanted(place, wanted, selection)) return place;
   }
 }
 
@@ -261,7 +261,7 @@ class WordIndex::Lookup {
     gather();
     map();
     sift();
-    for (std::size_t i = 0; i < plain_count_; ++i) ask_for_plain(i);
+    ask_for_plain();
     for (std::size_t i = 0; i < other_count_; ++i) {
       const std::int32_t number = others_[i];
       index_.each_beginning(at(number), [&](const Beginning& beginning) {
@@ -291,21 +291,29 @@ class WordIndex::Lookup {
   // Tells plain selections, which begin with ASCII, from others, and leaves out
   // those that are shorter than every word.
   void gather() {
-    const Offset last = size_ - KeyBytes::kCount;
     const auto count = static_cast<std::int32_t>(std::ssize(selections_));
+    std::size_t long_count = 0;
     for (std::int32_t i = 0; i < count; ++i) {
-      const Selection& selection = selections_[static_cast<std::size_t>(i)];
+      numbers_[long_count] = i;
+      long_count += static_cast<std::size_t>(
+          selections_[static_cast<std::size_t>(i)].length() >=
+          index_.shortest_);
+    }
+    const Offset last = size_ - KeyBytes::kCount;
+    for (std::size_t i = 0; i < long_count; ++i) {
+      const std::int32_t number = numbers_[i];
+      const Selection& selection =
+          selections_[static_cast<std::size_t>(number)];
       const bool has_room = selection.start <= last;
       const KeyBytes bytes =
           has_room ? KeyBytes::load(text_ + selection.start) &
                          KeyBytes::first(selection.length())
                    : KeyBytes{};
       const bool is_plain = has_room && bytes.are_ascii();
-      const bool is_long_enough = selection.length() >= index_.shortest_;
       bytes_[plain_count_] = bytes;
-      numbers_[plain_count_] = others_[other_count_] = i;
-      plain_count_ += static_cast<std::size_t>(is_long_enough & is_plain);
-      other_count_ += static_cast<std::size_t>(is_long_enough & !is_plain);
+      numbers_[plain_count_] = others_[other_count_] = number;
+      plain_count_ += static_cast<std::size_t>(is_plain);
+      other_count_ += static_cast<std::size_t>(!is_plain);
     }
   }
 
@@ -345,11 +353,20 @@ class WordIndex::Lookup {
     plain_count_ = count;
   }
 
-  void ask_for_plain(std::size_t i) {
-    for (unsigned left = endings_[i]; left != 0; left &= left - 1) {
+  // One loop for all selections and lengths: how many lengths a selection has
+  // can't be predicted.
+  void ask_for_plain() {
+    endings_[plain_count_] = 0;
+    unsigned left = endings_[0];
+    for (std::size_t i = 0; i < plain_count_;) {
       const auto length = std::countr_zero(left);
       const KeyBytes bytes = mapped_[i] & KeyBytes::first(length);
       ask({bytes, length}, hash_of(bytes, length), numbers_[i]);
+      const unsigned next = endings_[i + 1];
+      left &= left - 1;
+      const bool is_last = left == 0;
+      left = is_last ? next : left;
+      i += static_cast<std::size_t>(is_last);
     }
   }
 
@@ -374,7 +391,7 @@ class WordIndex::Lookup {
     for (const Candidate& it : std::span(candidates).first(count)) {
       const Probe& probe = probes_[static_cast<std::size_t>(it.probe)];
       std::int32_t place = it.place;
-      if (!index_.is_word(place, probe.wanted, at(probe.number))) {
+      if (!index_.is_wanted(place, probe.wanted, at(probe.number))) {
         place = index_.place_of(probe.wanted, probe.hash, at(probe.number));
       }
       std::int32_t& first = places_[probe.number];
@@ -394,7 +411,7 @@ class WordIndex::Lookup {
   std::array<std::int32_t, kAtOnce> numbers_;
   alignas(64) std::array<KeyBytes, kAtOnce> bytes_;
   alignas(64) std::array<KeyBytes, kAtOnce> mapped_;
-  std::array<Endings, kAtOnce> endings_;
+  std::array<Endings, kAtOnce + 1> endings_;
   std::size_t plain_count_ = 0;
   // The numbers of others.
   std::array<std::int32_t, kAtOnce> others_;
@@ -404,32 +421,18 @@ class WordIndex::Lookup {
   std::size_t probe_count_ = 0;
 };
 
-Offset WordIndex::find_all(const Byte* text, Offset size,
-                           std::span<const Selection> selections,
-                           WordMask& mask, Hit* hits) const {
-  const auto selection_count =
-      static_cast<std::int32_t>(std::ssize(selections));
-  Offset count = 0;
+void WordIndex::find_all(const Byte* text, Offset size,
+                         std::span<const Selection> selections, WordMask& mask,
+                         std::int32_t* places) const {
   if (!has_index()) {
-    for (std::int32_t i = 0; i < selection_count; ++i) {
-      const Selection& selection = selections[static_cast<std::size_t>(i)];
-      const QuillWordEntry* const word =
-          find({text, selection.start, selection.end, mask.table});
-      if (word == nullptr) continue;
-      hits[count++] = {i, word->replacement_length, word->replacement};
+    for (const Selection& selection : selections) {
+      *places++ =
+          try_in_order({text, selection.start, selection.end, mask.table});
     }
-    return count;
+    return;
   }
-  std::array<std::int32_t, kAtOnce> places;
-  std::fill_n(places.data(), selections.size(), empty_word_);
-  Lookup(*this, text, size, selections, mask, places.data()).run();
-  for (std::int32_t i = 0; i < selection_count; ++i) {
-    const std::int32_t place = places[static_cast<std::size_t>(i)];
-    const Word& word = found_[place];
-    hits[count] = {i, word.replacement_length, word.replacement};
-    count += static_cast<Offset>(place < empty_word_ || has_empty_word_);
-  }
-  return count;
+  std::fill_n(places, selections.size(), empty_word_);
+  Lookup(*this, text, size, selections, mask, places).run();
 }
 
 std::int32_t WordIndex::try_in_order(const MaskedSelection& selection) const {
@@ -443,7 +446,7 @@ std::int32_t WordIndex::try_in_order(const MaskedSelection& selection) const {
 const QuillWordEntry* WordIndex::find(const MaskedSelection& selection) const {
   const std::int32_t place =
       has_index() ? look_up(selection) : try_in_order(selection);
-  return place < empty_word_ || has_empty_word_ ? words_[place] : nullptr;
+  return is_word(place) ? words_[place] : nullptr;
 }
 
 }  // namespace quill

@@ -56,20 +56,26 @@ class WordIndex {
   // Null when the selection begins with no word of the table.
   const QuillWordEntry* find(const MaskedSelection& selection) const;
 
-  // A selection that begins with a word, and the word's replacement.
-  struct Hit {
-    std::int32_t number;  // of the selection
-    std::int32_t replacement_length;
-    const char* replacement;
-  };
-
   // The same for many selections, which lie within the `size` bytes of the
-  // text, at most kAtOnce. Writes the hits in order, and returns how many. What
-  // one selection waits for comes from memory while others are dealt with.
+  // text, at most kAtOnce: writes the place of a word in the table, or that
+  // behind the last, for each. What one selection waits for comes from memory
+  // while others are dealt with.
   static constexpr std::size_t kAtOnce = 256;
-  Offset find_all(const Byte* text, Offset size,
-                  std::span<const Selection> selections, WordMask& mask,
-                  Hit* hits) const;
+  void find_all(const Byte* text, Offset size,
+                std::span<const Selection> selections, WordMask& mask,
+                std::int32_t* places) const;
+  bool is_word(std::int32_t place) const {
+    return place < empty_word_ || has_empty_word_;
+  }
+
+  // What the host has put in for a word; nothing behind the last. Small, to be
+  // copied; valid for as long as the index.
+  struct Replacement {
+    const char* bytes;
+    std::int32_t length;
+  };
+  class Replacements;
+  Replacements replacements() const;
 
  private:
   struct Slot {
@@ -109,8 +115,8 @@ class WordIndex {
   // The place of the first word from slot `at` on that may be the one wanted,
   // or kNowhere; `at` goes on to its slot.
   std::int32_t next_place(Offset& at, std::uint32_t tag) const;
-  bool is_word(std::int32_t place, const WordKey& wanted,
-               const MaskedSelection& selection) const;
+  bool is_wanted(std::int32_t place, const WordKey& wanted,
+                 const MaskedSelection& selection) const;
   std::int32_t place_of(const WordKey& wanted, std::uint64_t hash,
                         const MaskedSelection& selection) const;
   std::int32_t try_in_order(const MaskedSelection& selection) const;
@@ -143,5 +149,33 @@ class WordIndex {
                                // than 62 for the last bit
   bool has_empty_word_;
 };
+
+class WordIndex::Replacements {
+ public:
+  explicit Replacements(const WordIndex& index)
+      : found_(index.has_index() ? index.found_.data() : nullptr),
+        words_(index.words_),
+        limit_(index.empty_word_ + (index.has_empty_word_ ? 1 : 0)) {}
+
+  Replacement operator[](std::int32_t place) const {
+    if (found_ != nullptr) {
+      return {found_[place].replacement, found_[place].replacement_length};
+    }
+    if (place >= limit_) return {};
+    return {words_[place]->replacement, words_[place]->replacement_length};
+  }
+  void fetch(std::int32_t place) const {
+    if (found_ != nullptr) __builtin_prefetch(found_ + place);
+  }
+
+ private:
+  const Word* found_;
+  const QuillWordEntry* const* words_;
+  std::int32_t limit_;
+};
+
+inline WordIndex::Replacements WordIndex::replacements() const {
+  return Replacements(*this);
+}
 
 }  // namespace quill

@@ -2,7 +2,7 @@
 // table says what to put in their place, and one edit puts it there.
 #include <algorithm>
 #include <array>
-#include <string_view>
+#include <span>
 
 #include "blocks/block_lock.h"
 #include "edit/byte_string.h"
@@ -50,50 +50,39 @@ struct WordTable {
   std::int32_t count;
 };
 
-// What takes a selection's place.
-struct Replacement {
-  std::int32_t start;
-  std::int32_t end;
-  std::string_view bytes;
-};
+// The selections that begin with a word, and these words' places. Nobody
+// outside sees the list that they are taken from, so they are moved to its
+// front, the others need no replacement, and no table is made.
+struct Found {
+  explicit Found(Offset most) : places(most) {}
 
-// Those of the selections that begin with a word. Nobody outside sees them, so
-// the other selections need none, and no table is made.
-struct Replacements {
-  explicit Replacements(Offset most) : found(most) {}
-
-  // False when a word that matches has no usable replacement.
-  bool look_up(const Byte* text, Offset size,
-               std::span<const Selection> selections, const WordTable& table,
-               const Mask& mask) {
-    const auto selection_count = static_cast<Offset>(selections.size());
-    const WordIndex index(table.words, table.count, selection_count);
-    WordMask word_mask(mask, selection_count * kMappedBytes);
-    std::array<WordIndex::Hit, WordIndex::kAtOnce> hits;
-    while (!selections.empty()) {
-      const auto some =
-          selections.first(std::min(selections.size(), hits.size()));
-      const auto hit_count = static_cast<std::size_t>(
-          index.find_all(text, size, some, word_mask, hits.data()));
-      for (const WordIndex::Hit& hit : std::span(hits).first(hit_count)) {
-        if (!replace(some[static_cast<std::size_t>(hit.number)], hit)) {
-          return false;
-        }
+  // False when a word that is found has no usable replacement.
+  bool look_up(const Byte* text, Offset size, std::span<Selection> selections,
+               const WordIndex& index, WordMask& mask) {
+    const WordIndex::Replacements replacements = index.replacements();
+    bool usable = true;
+    for (std::size_t from = 0; from < selections.size();) {
+      const auto some = selections.subspan(from).first(
+          std::min(selections.size() - from, WordIndex::kAtOnce));
+      std::array<std::int32_t, WordIndex::kAtOnce> found;
+      index.find_all(text, size, some, mask, found.data());
+      for (std::size_t i = 0; i < some.size(); ++i) {
+        const std::int32_t place = found[i];
+        const auto [bytes, length] = replacements[place];
+        const Selection selection = some[i];
+        const bool is_word = index.is_word(place);
+        selections[static_cast<std::size_t>(count)] = selection;
+        places[count] = place;
+        count += static_cast<Offset>(is_word);
+        growth += is_word ? length - selection.length() : 0;
+        usable &= is_byte_string(bytes, length);
       }
-      selections = selections.subspan(some.size());
+      from += some.size();
     }
-    return true;
+    return usable;
   }
 
-  bool replace(const Selection& selection, const WordIndex::Hit& hit) {
-    if (!is_byte_string(hit.replacement, hit.replacement_length)) return false;
-    found[count++] = {selection.start, selection.end,
-                      byte_string(hit.replacement, hit.replacement_length)};
-    growth += hit.replacement_length - selection.length();
-    return true;
-  }
-
-  Scratch<Replacement> found;
+  Scratch<std::int32_t> places;
   Offset count = 0;
   Offset growth = 0;
 };
@@ -103,27 +92,32 @@ class WordEdits {
  public:
   static constexpr bool kNotesPlaces = false;
 
-  explicit WordEdits(std::span<const Replacement> found) : found_(found) {}
+  WordEdits(const Selection* selections, const Found& found,
+            const WordIndex& index)
+      : selections_(selections),
+        places_(found.places.data()),
+        count_(found.count),
+        replacements_(index.replacements()) {}
 
-  Offset count() const { return std::ssize(found_); }
-  Offset start(Offset k) const { return at(k).start; }
-  Offset end(Offset k) const { return at(k).end; }
+  Offset count() const { return count_; }
+  Offset start(Offset k) const { return selections_[k].start; }
+  Offset end(Offset k) const { return selections_[k].end; }
   static bool is_kept(Offset) { return false; }
-  Offset length(Offset k) const { return std::ssize(at(k).bytes); }
+  Offset length(Offset k) const { return replacements_[places_[k]].length; }
   void put(Offset k, Offset length, char* to, Room) const {
     constexpr Offset kAhead = 16;
-    if (k + kAhead < count()) {
-      __builtin_prefetch(at(k + kAhead).bytes.data());
+    if (k + 2 * kAhead < count_) {
+      replacements_.fetch(places_[k + 2 * kAhead]);
+      __builtin_prefetch(replacements_[places_[k + kAhead]].bytes);
     }
-    move_bytes(to, at(k).bytes.data(), length);
+    move_bytes(to, replacements_[places_[k]].bytes, length);
   }
 
  private:
-  const Replacement& at(Offset k) const {
-    return found_[static_cast<std::size_t>(k)];
-  }
-
-  std::span<const Replacement> found_;
+  const Selection* selections_;
+  const std::int32_t* places_;
+  Offset count_;
+  WordIndex::Replacements replacements_;
 };
 
 // False, with the text as it was, when memory is short, a replacement can't be
@@ -132,18 +126,20 @@ class WordEdits {
 bool replace_words(QuillBlock text, QuillBlock list, const WordTable& table,
                    const Mask& mask) {
   const BlockLock list_lock(list);
-  const std::span<const Selection> words = selections_of(list_lock.longs());
-  Replacements replacements(static_cast<Offset>(words.size()));
+  const std::span<Selection> selections = selections_of(list_lock.longs());
+  const auto selection_count = static_cast<Offset>(selections.size());
+  Found found(selection_count);
+  if (found.places.refused()) return false;
   BlockLock text_lock(text);
-  if (replacements.found.refused() ||
-      !replacements.look_up(text_lock.bytes(), text_lock.size(), words, table,
-                            mask)) {
+  const WordIndex index(table.words, table.count, selection_count);
+  WordMask word_mask(mask, selection_count * kMappedBytes);
+  if (!found.look_up(text_lock.bytes(), text_lock.size(), selections, index,
+                     word_mask)) {
     return false;
   }
-  const auto count = static_cast<std::size_t>(replacements.count);
-  return count == 0 ||
-         splice(text_lock, WordEdits(replacements.found.span().first(count)),
-                replacements.growth);
+  return found.count == 0 ||
+         splice(text_lock, WordEdits(selections.data(), found, index),
+                found.growth);
 }
 
 }  // namespace
