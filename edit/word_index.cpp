@@ -236,8 +236,8 @@ void WordIndex::each_beginning(const MaskedSelection& selection,
 std::int32_t WordIndex::look_up(const MaskedSelection& selection) const {
   std::int32_t first = empty_word_;
   each_beginning(selection, [&](const Beginning& beginning) {
-    first = std::min(
-        first, place_of(beginning.key(), beginning.hash(), selection));
+    first =
+        std::min(first, place_of(beginning.key(), beginning.hash(), selection));
   });
   return first;
 }
@@ -300,57 +300,62 @@ class WordIndex::Lookup {
           index_.shortest_);
     }
     const Offset last = size_ - KeyBytes::kCount;
+    std::size_t plain_count = 0;
+    std::size_t other_count = 0;
     for (std::size_t i = 0; i < long_count; ++i) {
       const std::int32_t number = numbers_[i];
       const Selection& selection =
           selections_[static_cast<std::size_t>(number)];
       const bool has_room = selection.start <= last;
-      const KeyBytes bytes =
-          has_room ? KeyBytes::load(text_ + selection.start) &
-                         KeyBytes::first(selection.length())
-                   : KeyBytes{};
+      const KeyBytes bytes = has_room
+                                 ? KeyBytes::load(text_ + selection.start) &
+                                       KeyBytes::first(selection.length())
+                                 : KeyBytes{};
       const bool is_plain = has_room && bytes.are_ascii();
-      bytes_[plain_count_] = bytes;
-      numbers_[plain_count_] = others_[other_count_] = number;
-      plain_count_ += static_cast<std::size_t>(is_plain);
-      other_count_ += static_cast<std::size_t>(!is_plain);
+      bytes_[plain_count] = bytes;
+      endings_[plain_count] = static_cast<Endings>(up_to(selection.length()));
+      numbers_[plain_count] = others_[other_count] = number;
+      plain_count += static_cast<std::size_t>(is_plain);
+      other_count += static_cast<std::size_t>(!is_plain);
     }
+    plain_count_ = plain_count;
+    other_count_ = other_count;
   }
 
   // Where the mask has longer characters for ASCII, no selection is plain.
   void map() {
     const auto size = static_cast<Offset>(plain_count_ * sizeof(KeyBytes));
-    const MappedRun run = map_characters(
-        mask_.map, reinterpret_cast<const Byte*>(bytes_.data()), size,
-        reinterpret_cast<char*>(mapped_.data()), size);
+    const MappedRun run =
+        map_characters(mask_.map, reinterpret_cast<const Byte*>(bytes_.data()),
+                       size, reinterpret_cast<char*>(mapped_.data()), size);
     if (run.bytes == size) return;
     std::copy_n(numbers_.data(), plain_count_, others_.data() + other_count_);
     other_count_ += plain_count_;
     plain_count_ = 0;
   }
 
-  // Leaves the plain selections that may begin with a word.
+  // Leaves the plain selections that may begin with a word. What lies behind
+  // them in their bytes is not looked at any more.
   void sift() {
-    const KeyBytes in_beginning = KeyBytes::first(index_.beginning_);
+    const std::uint64_t in_beginning = KeyBytes::first(index_.beginning_).low;
     const auto length = static_cast<std::int32_t>(index_.beginning_);
-    std::size_t count = 0;
+    std::size_t plain_count = 0;
+    std::size_t other_count = other_count_;
     for (std::size_t i = 0; i < plain_count_; ++i) {
-      const std::int32_t number = numbers_[i];
-      const Offset room =
-          selections_[static_cast<std::size_t>(number)].length();
-      const KeyBytes bytes = mapped_[i] & KeyBytes::first(room);
+      const KeyBytes bytes = mapped_[i];
       const unsigned endings =
-          index_.endings_after(hash_of(bytes & in_beginning, length)) &
-          up_to(room);
+          endings_[i] &
+          index_.endings_after(hash_of({bytes.low & in_beginning, 0}, length));
       const bool is_plain =
           bytes.are_ascii() && endings >> WordIndex::kLongEnding == 0;
-      mapped_[count] = bytes;
-      endings_[count] = static_cast<Endings>(endings);
-      numbers_[count] = others_[other_count_] = number;
-      count += static_cast<std::size_t>(is_plain & (endings != 0));
-      other_count_ += static_cast<std::size_t>(!is_plain);
+      mapped_[plain_count] = bytes;
+      endings_[plain_count] = static_cast<Endings>(endings);
+      numbers_[plain_count] = others_[other_count] = numbers_[i];
+      plain_count += static_cast<std::size_t>(is_plain & (endings != 0));
+      other_count += static_cast<std::size_t>(!is_plain);
     }
-    plain_count_ = count;
+    plain_count_ = plain_count;
+    other_count_ = other_count;
   }
 
   // One loop for all selections and lengths: how many lengths a selection has
@@ -391,7 +396,8 @@ class WordIndex::Lookup {
     for (const Candidate& it : std::span(candidates).first(count)) {
       const Probe& probe = probes_[static_cast<std::size_t>(it.probe)];
       std::int32_t place = it.place;
-      if (!index_.is_wanted(place, probe.wanted, at(probe.number))) {
+      if (!index_.found_[place].has(probe.wanted) ||
+          !probe.wanted.holds_characters()) {
         place = index_.place_of(probe.wanted, probe.hash, at(probe.number));
       }
       std::int32_t& first = places_[probe.number];

@@ -97,9 +97,9 @@ class WordIndex {
   // more for the last bit.
   using Endings = std::uint16_t;
   static constexpr Offset kLongEnding = 15;
-  // The lengths that a selection of `length` characters has room for.
+  // The lengths that a selection of `length` bytes, at least one, has room for.
   static unsigned up_to(Offset length) {
-    return (2u << std::clamp<Offset>(length, 0, kLongEnding)) - 1;
+    return (2u << std::min(length, kLongEnding)) - 1;
   }
 
   class Lookup;

@@ -23,9 +23,7 @@ struct KeyBytes {
   bool operator==(const KeyBytes& other) const {
     return ((low ^ other.low) | (high ^ other.high)) == 0;
   }
-  bool are_ascii() const {
-    return ((low | high) & 0x8080808080808080) == 0;
-  }
+  bool are_ascii() const { return ((low | high) & 0x8080808080808080) == 0; }
 
   static KeyBytes load(const void* from) {
     KeyBytes bytes;

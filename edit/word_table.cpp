@@ -66,16 +66,16 @@ struct Found {
           std::min(selections.size() - from, WordIndex::kAtOnce));
       std::array<std::int32_t, WordIndex::kAtOnce> found;
       index.find_all(text, size, some, mask, found.data());
+      Offset k = count;
       for (std::size_t i = 0; i < some.size(); ++i) {
-        const std::int32_t place = found[i];
-        const auto [bytes, length] = replacements[place];
-        const Selection selection = some[i];
-        const bool is_word = index.is_word(place);
-        selections[static_cast<std::size_t>(count)] = selection;
-        places[count] = place;
-        count += static_cast<Offset>(is_word);
-        growth += is_word ? length - selection.length() : 0;
+        selections[static_cast<std::size_t>(count)] = some[i];
+        places[count] = found[i];
+        count += static_cast<Offset>(index.is_word(found[i]));
+      }
+      for (; k < count; ++k) {
+        const auto [bytes, length] = replacements[places[k]];
         usable &= is_byte_string(bytes, length);
+        growth += length - selections[static_cast<std::size_t>(k)].length();
       }
       from += some.size();
     }
