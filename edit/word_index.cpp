@@ -82,6 +82,25 @@ KeyBytes pack_ascii(const QuillWordEntry& word, std::uint32_t& all_bits) {
   return {bytes[0], bytes[1]};
 }
 
+// Four characters where they are ASCII and stay so, with no step waiting for
+// the one before. False where they aren't.
+bool read_four(const Byte* text, const std::int32_t* ascii,
+               Beginning& beginning) {
+  if (ascii == nullptr || (text[0] | text[1] | text[2] | text[3]) >= 0x80) {
+    return false;
+  }
+  std::uint64_t bytes = 0;
+  std::uint32_t all_bits = 0;
+  for (std::size_t i = 0; i < 4; ++i) {
+    const auto bits = static_cast<std::uint32_t>(ascii[text[i]]);
+    bytes |= std::uint64_t{bits} << (8 * i);
+    all_bits |= bits;
+  }
+  if (all_bits >= 0x80) return false;
+  beginning = {{bytes, 0}, 4};
+  return true;
+}
+
 }  // namespace
 
 WordIndex::WordIndex(const QuillWordEntry* const* words,
@@ -192,6 +211,11 @@ std::int32_t WordIndex::place_of(const WordKey& wanted, std::uint64_t hash,
 // Reads as many characters as every word has. False when there are fewer.
 bool WordIndex::read_beginning(const MaskedSelection& selection,
                                Offset& position, Beginning& beginning) const {
+  if (beginning_ == kMostBeginning &&
+      read_four(selection.text + position, selection.mask.ascii(), beginning)) {
+    position += kMostBeginning;
+    return true;
+  }
   while (beginning.length() < beginning_) {
     const Character read = read_quickly(selection, position);
     if (!read.found) return false;
@@ -285,7 +309,7 @@ class WordIndex::Lookup {
 
   MaskedSelection at(std::int32_t number) const {
     const Selection& at = selections_[static_cast<std::size_t>(number)];
-    return {text_, at.start, at.end, mask_.table};
+    return {text_, at.start, at.end, mask_.table()};
   }
 
   // Tells plain selections, which begin with ASCII, from others, and leaves out
@@ -325,9 +349,9 @@ class WordIndex::Lookup {
   // Where the mask has longer characters for ASCII, no selection is plain.
   void map() {
     const auto size = static_cast<Offset>(plain_count_ * sizeof(KeyBytes));
-    const MappedRun run =
-        map_characters(mask_.map, reinterpret_cast<const Byte*>(bytes_.data()),
-                       size, reinterpret_cast<char*>(mapped_.data()), size);
+    const MappedRun run = map_characters(
+        mask_.ascii_map(), reinterpret_cast<const Byte*>(bytes_.data()), size,
+        reinterpret_cast<char*>(mapped_.data()), size);
     if (run.bytes == size) return;
     std::copy_n(numbers_.data(), plain_count_, others_.data() + other_count_);
     other_count_ += plain_count_;
@@ -433,7 +457,7 @@ void WordIndex::find_all(const Byte* text, Offset size,
   if (!has_index()) {
     for (const Selection& selection : selections) {
       *places++ =
-          try_in_order({text, selection.start, selection.end, mask.table});
+          try_in_order({text, selection.start, selection.end, mask.table()});
     }
     return;
   }

@@ -37,14 +37,22 @@ struct MaskedSelection {
   MaskTable& mask;
 };
 
-// A mask as many selections at once need it.
-struct WordMask {
-  WordMask(const Mask& mask, Offset byte_count) : table(mask, byte_count) {
-    map_ascii(mask, map);
+// A mask as one selection needs it, and as many at once do.
+class WordMask {
+ public:
+  WordMask(const Mask& mask, Offset byte_count) : table_(mask, byte_count) {}
+
+  MaskTable& table() { return table_; }
+  const CharacterMap& ascii_map() {
+    if (!has_map_) map_ascii(table_.mask(), map_);
+    has_map_ = true;
+    return map_;
   }
 
-  MaskTable table;
-  CharacterMap map;
+ private:
+  MaskTable table_;
+  CharacterMap map_;
+  bool has_map_ = false;
 };
 
 class WordIndex {
