@@ -1,5 +1,7 @@
 #include "selection/comparable_text.h"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 
 #include "selection/compare.h"
@@ -16,6 +18,27 @@ bool next_eight_are_ascii(const Byte* text) {
   return (bytes & kHighBits) == 0;
 }
 
+std::uint64_t sixteen_bytes(const Byte* text) {
+  std::array<std::uint64_t, 2> bytes;
+  std::memcpy(bytes.data(), text, sizeof bytes);
+  return bytes[0] | bytes[1];
+}
+
+// Whether a text is known to be ASCII. One of up to 64 bytes takes the same
+// steps whatever its length, which can't be foreseen.
+bool is_plainly_ascii(const Byte* text, Offset length) {
+  const Offset last = length - 16;
+  if (last < 0) return false;
+  std::uint64_t bits = 0;
+  for (Offset i = 0; i < length && (bits & kHighBits) == 0; i += 64) {
+    bits = sixteen_bytes(text + std::min(i, last)) |
+           sixteen_bytes(text + std::min(i + 16, last)) |
+           sixteen_bytes(text + std::min(i + 32, last)) |
+           sixteen_bytes(text + std::min(i + 48, last));
+  }
+  return (bits & kHighBits) == 0;
+}
+
 // Bytes that UTF-8 has for a code point.
 Offset encoded_length(std::int32_t code_point) {
   if (code_point < 0x80) return 1;
@@ -25,7 +48,7 @@ Offset encoded_length(std::int32_t code_point) {
 
 // The length of the character at the text's first byte, of `left`. 0 when it is
 // not the one that UTF-8 has for its code point.
-Offset comparable_character(const Byte* text, Offset left) {
+inline Offset comparable_character(const Byte* text, Offset left) {
   const Offset length = length_from_lead(*text);
   if (is_continuation(*text) || *text >= 0xF8 || length > left) return 0;
   for (Offset i = 1; i < length; ++i) {
@@ -33,6 +56,20 @@ Offset comparable_character(const Byte* text, Offset left) {
   }
   const std::int32_t value = code_point(pack(text, length), length);
   return encoded_length(value) == length ? length : 0;
+}
+
+bool are_all_comparable(const Byte* text, Offset length) {
+  Offset i = 0;
+  while (i < length) {
+    if (i + 8 <= length && next_eight_are_ascii(text + i)) {
+      i += 8;
+      continue;
+    }
+    const Offset character = comparable_character(text + i, length - i);
+    if (character == 0) return false;
+    i += character;
+  }
+  return true;
 }
 
 void encode(std::int32_t code_point, Offset length, Byte* out) {
@@ -69,17 +106,7 @@ Offset map_ascii(const Byte* text, Offset length, const std::int32_t* table,
 }  // namespace
 
 bool is_comparable(const Byte* text, Offset length) {
-  Offset i = 0;
-  while (i < length) {
-    if (i + 8 <= length && next_eight_are_ascii(text + i)) {
-      i += 8;
-      continue;
-    }
-    const Offset character = comparable_character(text + i, length - i);
-    if (character == 0) return false;
-    i += character;
-  }
-  return true;
+  return is_plainly_ascii(text, length) || are_all_comparable(text, length);
 }
 
 bool map_comparable(const Byte* text, Offset length, MaskTable& mask,
