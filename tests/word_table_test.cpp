@@ -28,7 +28,7 @@ TEST(WordTables, FindTheSameWithAndWithoutAnIndex) {
   });
 }
 
-// And what looks like a word where 12 bytes are taken for short characters.
+// And what looks like a word where bytes are taken for characters.
 TEST(WordTables, FindLongWords) {
   WordTableCall call = {
       .words = {word("aaaa\u20AC", "long"), word("aaaaaaaaC!", "none")},
