@@ -28,20 +28,39 @@ TEST(WordTables, FindTheSameWithAndWithoutAnIndex) {
   });
 }
 
-// And what looks like a word where bytes are taken for characters.
+// And what looks like a word where bytes are taken for characters, under masks
+// that keep ASCII, or make of it a longer character or an odd one.
 TEST(WordTables, FindLongWords) {
   WordTableCall call = {
-      .words = {word("aaaa\u20AC", "long"), word("aaaaaaaaC!", "none")},
-      .mask = {{'b'}, {packed("\u20AC")}},
-      .text = "aaaab aaaaaaaa\u00E1 ",
-      .parts = {{set_of("ab\u00E1")}}};
+      .words = {word("aaaa\u20AC", "long"),
+                word("aaaaaaaaC!", "none"),
+                word("aaaaa\U0001F600", "four"),
+                word("aaaaa\u00E3", "two"),
+                {{'a', 'a', 'a', 0xC3}, "odd"},
+                {{'a', 'a', 0x1B7, 'a'}, "no"},
+                {{'a', 'a', 'a', 'a', 0xA1C3}, "two"}},
+      .text = "aaaab aaaaaaaa\u00E1 aaaaa\U0001F601 aaab aabaa ",
+      .parts = {{set_of("ab\u00E1\U0001F601")}}};
   for (std::size_t length = 70; length > 4; length -= 3) {
     const std::string some(length, 'a');
     call.words.push_back(word(some, std::to_string(length)));
     call.text += some + "aa ";
   }
   call.to = length_of(call.text);
-  EXPECT_EQ(first_difference(call), "");
+  for (std::size_t i = 0; i + 1 < call.text.size();) {
+    const std::size_t end = call.text.find(' ', i);
+    call.selections.insert(
+        call.selections.end(),
+        {static_cast<std::int32_t>(i), static_cast<std::int32_t>(end)});
+    i = end + 1;
+  }
+  for (const std::int32_t mapped : Longs{'b', 'a', packed("\u20AC"), 0xC3}) {
+    call.mask = {{'b'}, {mapped}};
+    for (const bool only_fills : {false, true}) {
+      call.only_fills = only_fills;
+      EXPECT_EQ(first_difference(call), "") << mapped;
+    }
+  }
 }
 
 TEST(WordTables, FindNothingBeforeTheText) {
