@@ -126,7 +126,6 @@ WordIndex::WordIndex(const QuillWordEntry* const* words,
     }
     insert(place);
   }
-  found_[empty_word_] = {};
   if (has_empty_word_) found_[empty_word_] = describe(empty_word_, {});
 }
 

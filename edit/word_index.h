@@ -76,8 +76,8 @@ class WordIndex {
     return place < empty_word_ || has_empty_word_;
   }
 
-  // What the host has put in for a word; nothing behind the last. Small, to be
-  // copied; valid for as long as the index.
+  // What the host has put in for a word. Small, to be copied; valid for as long
+  // as the index.
   struct Replacement {
     const char* bytes;
     std::int32_t length;
@@ -162,14 +162,12 @@ class WordIndex::Replacements {
  public:
   explicit Replacements(const WordIndex& index)
       : found_(index.has_index() ? index.found_.data() : nullptr),
-        words_(index.words_),
-        limit_(index.empty_word_ + (index.has_empty_word_ ? 1 : 0)) {}
+        words_(index.words_) {}
 
   Replacement operator[](std::int32_t place) const {
     if (found_ != nullptr) {
       return {found_[place].replacement, found_[place].replacement_length};
     }
-    if (place >= limit_) return {};
     return {words_[place]->replacement, words_[place]->replacement_length};
   }
   void fetch(std::int32_t place) const {
@@ -179,7 +177,6 @@ class WordIndex::Replacements {
  private:
   const Word* found_;
   const QuillWordEntry* const* words_;
-  std::int32_t limit_;
 };
 
 inline WordIndex::Replacements WordIndex::replacements() const {
