@@ -11,16 +11,21 @@ void cover_groups(const GroupRows& rows, const Byte* first, const Byte* last,
                   std::uint64_t* words) {
   const __m512i leads = load(rows.leads.data());
   const __m512i seconds = load(rows.seconds.data());
+  const __m512i thirds = load(rows.thirds.data());
   Bits pairs_before = 0;  // members that began in the block before
   Bits triples_before = 0;
   for (const Byte* at = first; at < last; at += kBlock, ++words) {
     const Offset left = last - at;
-    const __m512i bytes = left >= kBlock ? load(at) : load(at, low_bits(left));
-    const __m512i next =
-        left > kBlock ? load(at + 1) : load(at + 1, low_bits(left - 1));
-    const __m512i groups =
-        _mm512_and_si512(_mm512_permutexvar_epi8(bytes, leads),
-                         _mm512_permutexvar_epi8(next, seconds));
+    const auto behind = [=](Offset offset) {
+      if (left >= kBlock + offset) return load(at + offset);
+      return load(at + offset, low_bits(left > offset ? left - offset : 0));
+    };
+    const __m512i bytes = behind(0);
+    // The three in one step, all bits that are set in each of them.
+    const __m512i groups = _mm512_ternarylogic_epi64(
+        _mm512_permutexvar_epi8(bytes, leads),
+        _mm512_permutexvar_epi8(behind(1), seconds),
+        _mm512_permutexvar_epi8(behind(2), thirds), 0x80);
     const Bits members =
         _mm512_test_epi8_mask(groups, groups) & at_least(bytes, 0xC0);
     const Bits triples = members & at_least(bytes, 0xE0);

@@ -26,16 +26,6 @@ bool is_in_order(std::int32_t packed, Offset length) {
   return true;
 }
 
-// ORs `from`, moved up by `bits` (1 to 3), into `words`.
-void add_shifted(const std::uint64_t* from, Offset count, int bits,
-                 std::uint64_t* words) {
-  std::uint64_t carry = 0;
-  for (Offset i = 0; i < count; ++i) {
-    words[i] |= from[i] << bits | carry;
-    carry = from[i] >> (64 - bits);
-  }
-}
-
 }  // namespace
 
 WideMembers::WideMembers(const QuillRangePart& part, Offset range_length)
@@ -53,8 +43,7 @@ void WideMembers::fill() {
     leads_.add(lead);
     const Offset length = length_from_lead(lead);
     if (length == 4) {
-      loose_leads_.add(lead);
-      has_loose_leads_ = true;
+      look_up(lead);
       continue;
     }
     // Others can be members in malformed text only, and bisection knows them.
@@ -74,87 +63,46 @@ void WideMembers::fill() {
 
 void WideMembers::form_groups() {
   for (unsigned i = 0; i < 32; ++i) {
-    if (pairs_[i] != 0) group(static_cast<Byte>(0xC0 + i), pairs_[i], 2);
+    const auto lead = static_cast<Byte>(0xC0 + i);
+    if (pairs_[i] != 0 && !groups_.add(lead, pairs_[i], kAll)) look_up(lead);
   }
-  if (!has_triples_) return;
-  for (unsigned i = 0; i < 16; ++i) {
+  for (unsigned i = 0; has_triples_ && i < 16; ++i) {
     const auto lead = static_cast<Byte>(0xE0 + i);
-    std::uint64_t seconds = 0;
-    bool whole = triples_.size() != 0;
-    for (unsigned second = 0; whole && second < 64; ++second) {
-      const std::uint64_t page =
-          triples_[page_of(lead, static_cast<Byte>(second))];
-      whole = page == 0 || page == kAll;
-      if (page != 0) seconds |= std::uint64_t{1} << second;
-    }
-    if (!whole) {
-      loose_leads_.add(lead);
-      has_loose_leads_ = true;
-    } else if (seconds != 0) {
-      group(lead, seconds, 3);
-    }
+    if (leads_.contains(lead) && !group_pages(lead)) look_up(lead);
   }
+  groups_.prepare();
 }
 
-void WideMembers::group(Byte lead, std::uint64_t seconds, Offset length) {
-  Group* const end = groups_ + group_count_;
-  Group* const place = std::find_if(groups_, end, [&](const Group& known) {
-    return known.seconds == seconds && known.length == length;
-  });
-  if (place == groups_ + kMostGroups) {
-    loose_leads_.add(lead);
-    has_loose_leads_ = true;
-    return;
+// A group for all pages of the lead byte that have the same members. False when
+// those are too many or unknown.
+bool WideMembers::group_pages(Byte lead) {
+  if (triples_.size() == 0) return false;
+  const std::uint64_t* const pages = triples_.data() + page_of(lead, 0);
+  std::uint64_t left = 0;
+  for (int second = 0; second < 64; ++second) {
+    if (pages[second] != 0) left |= std::uint64_t{1} << second;
   }
-  if (place == end) {
-    ++group_count_;
-    place->seconds = seconds;
-    place->length = length;
-    ByteSet second_bytes;
-    for (unsigned second = 0; second < 64; ++second) {
-      if (seconds >> second & 1) {
-        second_bytes.add(static_cast<Byte>(0x80 + second));
-      }
+  while (left != 0) {
+    const std::uint64_t thirds = pages[std::countr_zero(left)];
+    std::uint64_t seconds = 0;
+    for (int second = 0; second < 64; ++second) {
+      if (pages[second] == thirds) seconds |= std::uint64_t{1} << second;
     }
-    place->anchors[1] = Anchor(second_bytes, 1);
+    if (!groups_.add(lead, seconds, thirds)) return false;
+    left &= ~seconds;
   }
-  const auto bit = static_cast<Byte>(1u << (place - groups_));
-  for (std::size_t second = 0; second < 64; ++second) {
-    if ((seconds >> second & 1) != 0) rows_.seconds[second] |= bit;
-  }
-  rows_.leads[lead & 63] |= bit;
-  place->leads.add(lead);
-  place->anchors[0] = Anchor(place->leads, 0);
+  return true;
+}
+
+void WideMembers::look_up(Byte lead) {
+  loose_leads_.add(lead);
+  has_loose_leads_ = true;
 }
 
 void WideMembers::cover(const Byte* first, const Byte* last,
                         std::uint64_t* words) const {
-  if (group_count_ > 0 && covers_groups_at_once()) {
-    cover_groups(rows_, first, last, words);
-  } else {
-    for (int i = 0; i < group_count_; ++i) {
-      cover_group(groups_[i], first, last, words);
-    }
-  }
+  groups_.cover(first, last, words);
   if (has_loose_leads_) cover_loose(first, last, words);
-}
-
-void WideMembers::cover_group(const Group& group, const Byte* first,
-                              const Byte* last, std::uint64_t* words) const {
-  if (last - first < group.length) return;
-  // No character that is in order begins at the last byte.
-  std::uint64_t found[kWords];
-  const Offset count = (last - 1 - first + 63) / 64;
-  mark_anchored(first, last - 1, group.anchors, found);
-  const Offset all = (last - first + 63) / 64;
-  if (count < all) found[count] = 0;
-  for (int i = 0; i < group.length; ++i) {
-    if (i == 0) {
-      for (Offset w = 0; w < all; ++w) words[w] |= found[w];
-    } else {
-      add_shifted(found, all, i, words);
-    }
-  }
 }
 
 void WideMembers::cover_loose(const Byte* first, const Byte* last,

@@ -2,16 +2,15 @@
 //
 // Those of two bytes, and in long ranges those of three, stand in tables of
 // bits; the others, and what malformed text makes of characters, are left to
-// bisection. Lead bytes behind which the same second bytes make a member form
-// a group, which vector kernels can find; the members behind other lead bytes
-// are looked up one by one.
+// bisection. A stretch of text is covered by groups of members; those behind
+// lead bytes for which there are not enough groups are looked up one by one.
 #pragma once
 
 #include "blocks/base.h"
 #include "blocks/byte_scan.h"
 #include "blocks/byte_set.h"
 #include "blocks/scratch.h"
-#include "pattern/group_cover.h"
+#include "pattern/member_groups.h"
 #include "pattern/range_pattern.h"
 
 namespace quill {
@@ -43,25 +42,14 @@ class WideMembers {
   void cover(const Byte* first, const Byte* last, std::uint64_t* words) const;
 
  private:
-  // Lead bytes with the second bytes (bit n: 0x80 + n) that make a member,
-  // whatever follows.
-  struct Group {
-    ByteSet leads;
-    std::uint64_t seconds;
-    Offset length;
-    Anchor anchors[2];
-  };
-  static constexpr int kMostGroups = 4;
-
   static Offset page_of(Byte lead, Byte second) {
     return (lead & 0x0F) << 6 | (second & 63);
   }
 
   void fill();
   void form_groups();
-  void group(Byte lead, std::uint64_t seconds, Offset length);
-  void cover_group(const Group& group, const Byte* first, const Byte* last,
-                   std::uint64_t* words) const;
+  bool group_pages(Byte lead);
+  void look_up(Byte lead);
   void cover_loose(const Byte* first, const Byte* last,
                    std::uint64_t* words) const;
 
@@ -72,9 +60,7 @@ class WideMembers {
   ByteSet leads_;
   ByteSet loose_leads_;  // not in a group
   bool has_loose_leads_ = false;
-  Group groups_[kMostGroups];
-  int group_count_ = 0;
-  GroupRows rows_;  // the groups, as bits
+  MemberGroups groups_;
 };
 
 }  // namespace quill
