@@ -68,6 +68,8 @@ TEST(PatternSearch, AgreesWithNaiveTwinsOnManyScripts) {
                                 {0xE0, 0xFE},
                                 {0x391, 0x3C9},
                                 {0x401, 0x451},
+                                {0x7F0, 0x7FF},
+                                {0x1000, 0x1010},
                                 {0x3041, 0x30FA},
                                 {0x4DF0, 0xA010},
                                 {0x1F5F0, 0x1F650}});
@@ -76,8 +78,13 @@ TEST(PatternSearch, AgreesWithNaiveTwinsOnManyScripts) {
       characters({{0x410, 0x44F}, {0x401, 0x401}, {0x451, 0x451}}),
       characters({{0x4E00, 0x9FFF}}),
       characters({{0x3041, 0x3096}, {0x30A1, 0x30FA}, {'0', '9'}}),
-      characters(
-          {{0xE0, 0xFE}, {0x391, 0x3C9}, {0x410, 0x44F}, {0x5D0, 0x5EA}}),
+      characters({{0x780, 0x7FF}, {0x1000, 0x1FFF}, {0x4E01, 0x4E01}}),
+      characters({{0xE0, 0xFE},
+                  {0x391, 0x3C9},
+                  {0x410, 0x44F},
+                  {0x7F0, 0x7F8},
+                  {0x1002, 0x1009},
+                  {0x3051, 0x30B0}}),
       characters({{0x1F600, 0x1F64F}, {0x20AC, 0x20AC}, {'!', '/'}}),
   };
   const RangePart kinds[] = {{{}, 1, 0, 1},  {{}, 2, 0, 0}, {{}, 1, 3, 1},
