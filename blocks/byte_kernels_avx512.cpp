@@ -38,6 +38,11 @@ Word low_bits(Offset count) {
   return _bzhi_u64(~Word{0}, static_cast<unsigned>(count));
 }
 
+Offset offset_in_line(const Byte* position) {
+  return static_cast<Offset>(reinterpret_cast<std::uintptr_t>(position) %
+                             kBlock);
+}
+
 Vector fill(Byte byte) { return _mm512_set1_epi8(static_cast<char>(byte)); }
 
 // Loaders: where a test gets its bytes from. What is left out reads as 0.
@@ -192,7 +197,7 @@ template <class Test>
   }
   const Byte* position = first + kBlock;
   if (last - position > 4 * kBlock) {
-    position -= reinterpret_cast<std::uintptr_t>(position) % kBlock;
+    position -= offset_in_line(position);
     for (; last - position >= 4 * kBlock; position += 4 * kBlock) {
       for (int i = 0; i < 4; ++i) {
         __builtin_prefetch(position + kAhead + i * kBlock);
@@ -441,121 +446,127 @@ const Byte* nth_lead_avx512(const Byte* first, const Byte* last, Offset index) {
   return last;
 }
 
-// Where continuation bytes are expected, from the bytes of a block and of the
-// one before.
-class Expected {
- public:
-  Expected() : before_(_mm512_setzero_si512()) {}
-
-  // Taken off without a borrow, these leave the highest bit to the bytes from
-  // 0xC0, 0xE0 and 0xF0 on: those that expect a continuation byte 1, 2 and 3
-  // bytes behind.
-  Word take(Vector bytes) {
-    // Every 16 bytes beside the 16 before, for shifts within those.
-    const Vector sixteen_back =
-        _mm512_maskz_alignr_epi32(0xFFFF, bytes, before_, 12);
-    const Vector two = _mm512_subs_epu8(
-        _mm512_alignr_epi8(bytes, sixteen_back, 15), fill(0x40));
-    const Vector three = _mm512_subs_epu8(
-        _mm512_alignr_epi8(bytes, sixteen_back, 14), fill(0x60));
-    const Vector four = _mm512_subs_epu8(
-        _mm512_alignr_epi8(bytes, sixteen_back, 13), fill(0x70));
-    before_ = bytes;
-    return _mm512_movepi8_mask(
-        _mm512_or_si512(_mm512_or_si512(two, three), four));
+// Loads part of a block that starts with a character, and of what lies up to 3
+// bytes before its bytes: of the block itself, all else reads as 0.
+struct LoadBefore {
+  const Byte* block;
+  Word wanted;
+  Vector operator()(const Byte* at) const {
+    return _mm512_maskz_loadu_epi8(wanted << (block - at), at);
   }
-
-  Vector before() const { return before_; }
-
- private:
-  Vector before_;
 };
 
-// How many of the bytes before `position`, from `first` on, belong to a
-// character that isn't whole there.
-Offset bytes_cut(const Byte* first, const Byte* position) {
-  for (Offset back = 1; back <= 3 && back <= position - first; ++back) {
-    const Byte byte = position[-back];
-    if (byte < 0x80) return 0;
-    if (byte < 0xC0) continue;
-    const Offset length = byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4;
-    return length > back ? back : 0;
-  }
-  return 0;
+// Which of 64 bytes no byte before says to be a continuation byte.
+template <class Load>
+Word unannounced(const Byte* at, Load load) {
+  Word word = _mm512_cmplt_epu8_mask(load(at - 1), fill(0xC0));
+  word = _mm512_mask_cmplt_epu8_mask(word, load(at - 2), fill(0xE0));
+  return _mm512_mask_cmplt_epu8_mask(word, load(at - 3), fill(0xF0));
 }
 
-// Goes over groups of blocks while all is in order and no more than `most`
-// characters are reached.
-void walk_groups(Walk& walk, const Byte* last, Offset most,
-                 Expected& expected) {
-  constexpr Offset kGroup = 4 * kBlock;
-  while (last - walk.next >= kGroup) {
-    const Offset room = most - walk.characters;
-    Vector blocks[4];
-    Vector all = expected.before();
+// Takes a character off the walk's end that isn't whole there.
+void drop_cut(Walk& walk, const Byte* first) {
+  for (Offset back = 1; back <= 3 && back <= walk.next - first; ++back) {
+    const Byte byte = walk.next[-back];
+    if (byte < 0x80) return;
+    if (byte < 0xC0) continue;
+    const Offset length = byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4;
+    if (length <= back) return;
+    walk.next -= back;
+    --walk.characters;
+    return;
+  }
+}
+
+constexpr Offset kGroup = 4 * kBlock;
+
+// Goes over groups of blocks while all bytes are ASCII.
+void walk_ascii(Walk& walk, const Byte* last, Offset most) {
+  const Byte* const first = walk.next;
+  const Offset room = most - walk.characters;
+  const Byte* const stop = last - first > room ? first + room : last;
+  while (stop - walk.next >= kGroup) {
+    Vector all = _mm512_setzero_si512();
     for (int i = 0; i < 4; ++i) {
       __builtin_prefetch(walk.next + kAhead + i * kBlock);
-      blocks[i] = _mm512_loadu_si512(walk.next + i * kBlock);
-      all = _mm512_or_si512(all, blocks[i]);
+      all = _mm512_or_si512(all, _mm512_loadu_si512(walk.next + i * kBlock));
     }
-    if (_mm512_movepi8_mask(all) == 0) {
-      if (kGroup > room) return;
-      walk.characters += kGroup;
-      walk.next += kGroup;
-      continue;
-    }
-    Expected after = expected;
-    Word in_order = ~Word{0};
-    Offset characters = 0;
-    for (const Vector block : blocks) {
-      const Word leads = _mm512_cmpgt_epi8_mask(block, fill(0xBF));
-      in_order &= after.take(block) ^ leads;
-      characters += count_bits(leads);
-    }
-    if (~in_order != 0 || characters > room) return;
-    expected = after;
-    walk.characters += characters;
+    if (_mm512_movepi8_mask(all) != 0) break;
     walk.next += kGroup;
   }
+  walk.characters += walk.next - first;
+}
+
+// Goes over groups of blocks while all is in order; true when many in a row were
+// ASCII. Goes back for whole lines of memory, but not to the walk's first bytes.
+bool walk_groups(Walk& walk, const Byte* first, const Byte* last, Offset most) {
+  constexpr int kMany = 8;
+  const Offset back = offset_in_line(walk.next);
+  if (walk.next - back - first < 3) return false;
+  Walk on = {walk.next - back, walk.characters};
+  on.characters -= count_bits(part_bits(on.next, back, Lead()));
+  int ascii = 0;
+  while (ascii < kMany && last - on.next >= kGroup) {
+    Word wrong = 0;
+    Offset characters = 0;
+    for (int i = 0; i < 4; ++i) {
+      const Byte* const at = on.next + i * kBlock;
+      __builtin_prefetch(at + kAhead);
+      const Word leads = Lead().bits(at, LoadAll{});
+      wrong |= leads ^ unannounced(at, LoadAll{});
+      characters += count_bits(leads);
+    }
+    if (wrong != 0) break;
+    if (const Offset room = most - on.characters; characters > room) {
+      walk = {nth_lead_avx512(on.next, last, room), most};
+      return false;
+    }
+    on = {on.next + kGroup, on.characters + characters};
+    ascii = characters == kGroup ? ascii + 1 : 0;
+  }
+  if (on.next > walk.next) {
+    drop_cut(on, first);
+    walk = on;
+  }
+  return ascii == kMany;
+}
+
+// Goes over one block, or less; false where the walk ends in it.
+bool walk_block(Walk& walk, const Byte* last, Offset most) {
+  const Byte* const first = walk.next;
+  const Offset count = last - first < kBlock ? last - first : kBlock;
+  const Word part = low_bits(count);
+  const Vector bytes = LoadPart{part}(first);
+  const Offset room = most - walk.characters;
+  if (_mm512_movepi8_mask(bytes) == 0) {
+    const Offset walked = count < room ? count : room;
+    walk = {first + walked, walk.characters + walked};
+    return walked == kBlock;
+  }
+  const Word leads = Lead().bits(first, LoadPart{part}) & part;
+  const Word wrong =
+      (leads ^ unannounced(first, LoadBefore{first, part})) & part;
+  const Offset right = wrong == 0 ? count : lowest_bit(wrong);
+  const Offset characters = count_bits(leads & low_bits(right));
+  if (characters > room) {
+    walk = {first + nth_bit(leads, room), most};
+    return false;
+  }
+  walk = {first + right, walk.characters + characters};
+  drop_cut(walk, first);
+  return right == kBlock;
 }
 
 Walk walk_characters_avx512(const Byte* first, const Byte* last, Offset most) {
   Walk walk{first, 0};
-  Expected expected;
-  for (;;) {
-    walk_groups(walk, last, most, expected);
-    const Offset left = last - walk.next;
-    const Offset count = left < kBlock ? left : kBlock;
-    const Word part = low_bits(count);
-    const Vector bytes = LoadPart{part}(walk.next);
-    const Vector all = _mm512_or_si512(bytes, expected.before());
-    if (_mm512_movepi8_mask(all) == 0 && count <= most - walk.characters) {
-      walk.next += count;
-      walk.characters += count;
-      if (count < kBlock) return walk;
-      continue;
-    }
-    const Word leads = _mm512_cmpgt_epi8_mask(bytes, fill(0xBF)) & part;
-    const Word wrong = ~(expected.take(bytes) ^ leads) & part;
-    Offset characters = count_bits(leads);
-    const Offset room = most - walk.characters;
-    if (wrong == 0 && count == kBlock && characters <= room) {
-      walk.next += kBlock;
-      walk.characters += characters;
-      continue;
-    }
-    Offset stop = wrong == 0 ? count : lowest_bit(wrong);
-    characters = count_bits(leads & low_bits(stop));
-    if (const Offset cut = bytes_cut(first, walk.next + stop); cut > 0) {
-      stop -= cut;
-      --characters;
-    }
-    if (characters > room) {
-      stop = nth_bit(leads, room);
-      characters = room;
-    }
-    return {walk.next + stop, walk.characters + characters};
-  }
+  do {
+    if (last - walk.next < kGroup) continue;
+    do {
+      walk_ascii(walk, last, most);
+    } while (walk_groups(walk, first, last, most));
+    if (walk.characters == most) break;
+  } while (walk_block(walk, last, most));
+  return walk;
 }
 
 }  // namespace
