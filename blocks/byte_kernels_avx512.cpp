@@ -497,8 +497,9 @@ void walk_ascii(Walk& walk, const Byte* last, Offset most) {
   walk.characters += walk.next - first;
 }
 
-// Goes over groups of blocks while all is in order; true when many in a row were
-// ASCII. Goes back for whole lines of memory, but not to the walk's first bytes.
+// Goes over groups of blocks while all is in order; true when many in a row
+// were ASCII. Goes back for whole lines of memory, but not to the walk's first
+// bytes.
 bool walk_groups(Walk& walk, const Byte* first, const Byte* last, Offset most) {
   constexpr int kMany = 8;
   const Offset back = offset_in_line(walk.next);
