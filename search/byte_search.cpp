@@ -6,6 +6,7 @@
 #include "search/byte_search.h"
 
 #include <algorithm>
+#include <array>
 #include <span>
 
 #include "blocks/byte_scan.h"
@@ -54,12 +55,37 @@ bool find_match(const TextRange& range, Offset& position,
   return find_match(range, position, searcher, meter);
 }
 
+// Lists the matches from `position` on that are known at once and come before
+// the host is due. False when the list has no room for the one that `position`
+// is then at.
+bool list_known(const TextRange& range, Offset& position,
+                ByteSearcher& searcher, YieldMeter& meter, LongList& list) {
+  std::array<std::int32_t, 128> pairs;
+  while (meter.go_on()) {
+    const Offset silent = meter.stretch_end(position, range.end) - 1;
+    const Offset count = searcher.write_known(range.text, range.text + position,
+                                              range.text + silent, pairs);
+    if (count == 0) break;
+    const Offset listed = list.append_pairs(
+        std::span(pairs).first(static_cast<std::size_t>(count)));
+    if (listed < count) {
+      position = pairs[static_cast<std::size_t>(listed)];
+      return false;
+    }
+    const Offset reached = pairs[static_cast<std::size_t>(count - 1)];
+    meter.skip(reached - position - count / 2 * (searcher.length() - 1));
+    position = reached;
+  }
+  return true;
+}
+
 // Returns where the scan stopped: `end` when the whole range was scanned. A
 // match that the list has no room for is not passed.
 Offset list_matches(const TextRange& range, ByteSearcher& searcher,
                     YieldMeter& meter, LongList& list) {
   Offset position = range.start;
-  while (find_match(range, position, searcher, meter)) {
+  while (list_known(range, position, searcher, meter, list) &&
+         find_match(range, position, searcher, meter)) {
     const Offset match_end = position + searcher.length();
     meter.tick(match_end);
     if (!list.append(position, match_end)) break;

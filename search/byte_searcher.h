@@ -48,6 +48,15 @@ class ByteSearcher {
     return found == last ? limit : found;
   }
 
+  // Writes the next occurrences in [first, limit) that do not overlap as pairs
+  // of offsets from `text`, so far as they are known already. Returns how many
+  // longs: none says nothing.
+  Offset write_known(const Byte* text, const Byte* first, const Byte* limit,
+                     std::span<std::int32_t> pairs) {
+    if (!is_seen_whole() || !filter_.has_value()) return 0;
+    return filter_->candidates.write_pairs(text, first, limit, length_, pairs);
+  }
+
  private:
   const Byte* find_whole(const Byte* first, const Byte* last, const Byte* end);
   const Byte* find_by_ends(const Byte* first, const Byte* last);

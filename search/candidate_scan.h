@@ -36,6 +36,14 @@ class CandidateScan {
     return limit;
   }
 
+  // Those of them that are listed at `first`, as pairs; see there.
+  Offset write_pairs(const Byte* text, const Byte* first, const Byte* limit,
+                     Offset length, std::span<std::int32_t> longs) {
+    if (!hits_.covers(first)) return 0;
+    return hits_.write_pairs(text, first, std::min(limit, hits_.last()), length,
+                             longs);
+  }
+
  private:
   static constexpr Offset kClose = 512;
   static constexpr Offset kManyClose = 2;

@@ -58,6 +58,29 @@ class HitList {
     return next_ < count_ ? std::min(hit(next_), limit) : limit;
   }
 
+  // Writes where the hits in [from, limit) begin and end, as offsets from
+  // `text`, for as many as there is room: they are `length` bytes long, and
+  // those that overlap the one before are left out. Returns how many longs.
+  [[gnu::noinline]] Offset write_pairs(const Byte* text, const Byte* from,
+                                       const Byte* limit, Offset length,
+                                       std::span<std::int32_t> longs) {
+    const auto start = static_cast<std::int32_t>(first_ - text);
+    const auto bytes = static_cast<std::int32_t>(length);
+    const auto last = static_cast<std::int32_t>(limit - first_);
+    auto free = static_cast<std::int32_t>(from - first_);
+    std::size_t written = 0;
+    next(from, limit);
+    for (; next_ < count_ && written < longs.size(); ++next_) {
+      const std::int32_t offset = offsets_[static_cast<std::size_t>(next_)];
+      if (offset >= last) break;
+      longs[written] = start + offset;
+      longs[written + 1] = start + offset + bytes;
+      written += offset >= free ? 2 : 0;
+      free = offset >= free ? offset + bytes : free;
+    }
+    return static_cast<Offset>(written);
+  }
+
  private:
   using Words = std::array<std::uint64_t, kRoom / 64>;
 

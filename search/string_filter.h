@@ -35,6 +35,13 @@ class StringFilter {
     return hits_.next(text_ + from, listed) - text_;
   }
 
+  // Where that is so: the matches from `from` on that do not overlap, as pairs
+  // for as many as there is room. Returns how many longs.
+  Offset write_decided(Offset from, std::span<std::int32_t> pairs) {
+    return hits_.write_pairs(text_, text_ + from, hits_.last(), char_count_,
+                             pairs);
+  }
+
   // The first offset in [from, limit) where a match may begin, else `limit`.
   // Every match is at such an offset; not all of them begin a character.
   Offset next(Offset from, Offset limit);

@@ -8,6 +8,8 @@
 #include "search/string_search.h"
 
 #include <algorithm>
+#include <array>
+#include <span>
 
 #include "blocks/long_list.h"
 #include "blocks/yield_meter.h"
@@ -136,6 +138,31 @@ bool find_last(StringSearcher& searcher, FoundAt found, YieldMeter meter) {
   return false;
 }
 
+// Lists the matches from `position` on that are known at once, where neither
+// the searches that end there nor their repetition can ask the host. False
+// when the list has no room for one of them, which is then passed.
+bool list_known(StringSearcher& searcher, std::int32_t& position,
+                YieldMeter& meter, LongList& list) {
+  std::array<std::int32_t, 128> pairs;
+  while (position < searcher.query().end && meter.go_on() &&
+         YieldMeter(0, nullptr).units_left() > StringSearcher::kWindow) {
+    const Offset most =
+        std::min(std::ssize(pairs) / 2, meter.units_left() - 1) * 2;
+    const Offset count = searcher.write_known(
+        position, std::span(pairs).first(static_cast<std::size_t>(most)));
+    if (count == 0) break;
+    const auto known = std::span(pairs).first(static_cast<std::size_t>(count));
+    const Offset listed = list.append_pairs(known);
+    if (listed < count) {
+      position = known[static_cast<std::size_t>(listed + 1)];
+      return false;
+    }
+    meter.skip(count / 2);
+    position = known.back();
+  }
+  return true;
+}
+
 }  // namespace
 
 StringList find_all_strings(const StringQuery& query, std::int32_t reference,
@@ -154,6 +181,7 @@ StringList find_all_strings(const StringQuery& query, std::int32_t reference,
       grows = list.append(match_start, position);
     }
     meter.tick(position);
+    if (grows) grows = list_known(searcher, position, meter, list);
   }
   const std::int32_t long_count = to_long(list.long_count());
   QuillBlock block = list.hand_over_or_none();

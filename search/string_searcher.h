@@ -51,6 +51,15 @@ class StringSearcher {
   // valid query. It may reach past `limit`, up to the end of the range.
   bool next_match(Offset from, Offset limit, Match& match);
 
+  // Writes the next matches from `from` on as pairs of offsets, so far as they
+  // are known already; all of them begin within less than kWindow bytes.
+  // Returns how many longs: none says nothing.
+  static constexpr Offset kWindow = HitList::kRoom;
+  Offset write_known(Offset from, std::span<std::int32_t> pairs) {
+    const bool knows = filter_.has_value() && filter_->has_decided(from);
+    return knows ? filter_->write_decided(from, pairs) : 0;
+  }
+
   // The last match that begins in [from, limit), continuation bytes included;
   // `limit` is never higher than in the call before.
   bool previous_match(Offset from, Offset limit, Match& match);
