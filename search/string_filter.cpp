@@ -111,6 +111,10 @@ class PivotSpreads {
     if (!pattern.is_fixed(i)) continue;
     add_decisive(ascii.at(i), i);
   }
+  match_length_ = pattern.count;
+  if (stray_count_ > 0 && byte_count_ > 0 && byte_count_ <= kMostAnchors) {
+    decide_by_bytes();
+  }
   const ByteShares shares(text, start, end);
   anywhere_ = anywhere.plan(shares);
   shares.judge(anywhere_);
@@ -160,7 +164,7 @@ void StringFilter::decide(const ByteSet* sides) {
 // the pivot take four bytes at most, each.
 Offset StringFilter::order_reach() const {
   const Offset reach = Offset{4} * in_order_.pivot + in_order_.reach;
-  return decides_in_order() ? std::max(reach, char_count_) : reach;
+  return decides_in_order() ? std::max(reach, match_length_) : reach;
 }
 
 // The same for ASCII: the side behind a match is looked at, too.
@@ -193,6 +197,17 @@ bool StringFilter::open_ascii(Offset from) {
   for (int i = 0; i < length; ++i) {
     bytes_[static_cast<std::size_t>(byte_count_++)] =
         byte_of(shapes.last_added, i);
+  }
+}
+
+// With as many as are tested at once. In ASCII they are what there was before,
+// or there is no match.
+void StringFilter::decide_by_bytes() {
+  is_spelled_ = true;
+  match_length_ = byte_count_;
+  decisive_count_ = 0;
+  for (Offset i = 0; i < byte_count_; ++i) {
+    add_decisive(ByteSet::of(bytes_[static_cast<std::size_t>(i)]), i);
   }
 }
 
@@ -307,11 +322,9 @@ void StringFilter::list_from(Offset from, Offset last) {
   const AnchorPlan& plan = *segment_.plan;
   last = std::min({from + HitList::kRoom, segment_.end, last});
   const Offset sides = has_sides_ ? 1 : 0;
-  const Offset last_decided = std::min(last, end_ - char_count_ - sides + 1);
-  decided_ =
-      may_decide_ &&
-      (&plan == &ascii_ || (&plan == &in_order_ && decides_in_order())) &&
-      from >= segment_.start + sides && from < last_decided;
+  const Offset last_decided = std::min(last, end_ - match_length_ - sides + 1);
+  decided_ = decides_about(plan) && from >= segment_.start + sides &&
+             from < last_decided;
   if (decided_) {
     hits_.list(text_ + from, text_ + last_decided,
                {decisive_.data(), decisive_count_});

@@ -19,9 +19,10 @@ class StringFilter {
   void prepare(const Byte* text, Offset start, Offset end,
                const CharPattern& pattern, const Mask& mask);
 
-  // Lets the filter decide by itself about short patterns, in ASCII and, if
-  // all that they match are single bytes, in text in order. A match in ASCII
-  // needs a byte of `sides` before and behind it there, if that is not null.
+  // Lets the filter decide by itself about short patterns: in ASCII; in text in
+  // order, if the bytes of a match are known or single characters; and in any
+  // text about one character with known bytes. A match in ASCII needs a byte of
+  // `sides` before and behind it there, if that is not null.
   void decide(const ByteSet* sides);
 
   // Whether the matches from `from` on are decided about, for a while.
@@ -38,9 +39,11 @@ class StringFilter {
   // Where that is so: the matches from `from` on that do not overlap, as pairs
   // for as many as there is room. Returns how many longs.
   Offset write_decided(Offset from, std::span<std::int32_t> pairs) {
-    return hits_.write_pairs(text_, text_ + from, hits_.last(), char_count_,
+    return hits_.write_pairs(text_, text_ + from, hits_.last(), match_length_,
                              pairs);
   }
+  // How many bytes such a match has.
+  Offset decided_length() const { return match_length_; }
 
   // The first offset in [from, limit) where a match may begin, else `limit`.
   // Every match is at such an offset; not all of them begin a character.
@@ -70,11 +73,20 @@ class StringFilter {
                     const ByteShares& shares);
   void add_decisive(const ByteSet& set, Offset offset);
   void add_bytes(const CharShapes& shapes);
+  void decide_by_bytes();
   void note_strays(std::size_t length);
-  // Whether in text in order, too, the filter decides: there the sides of a
-  // match may be longer characters.
+  // Whether in text in order, too, the filter decides, or in any text: there
+  // the sides of a match may be longer characters.
   bool decides_in_order() const {
-    return may_decide_ && is_single_bytes_ && !has_sides_;
+    return may_decide_ && !has_sides_ && (is_single_bytes_ || is_spelled_);
+  }
+  bool decides_anywhere() const {
+    return decides_in_order() && is_spelled_ && char_count_ == 1;
+  }
+  bool decides_about(const AnchorPlan& plan) const {
+    return &plan == &ascii_      ? may_decide_
+           : &plan == &in_order_ ? decides_in_order()
+                                 : decides_anywhere();
   }
   Offset order_reach() const;
   Offset ascii_reach() const;
@@ -114,12 +126,15 @@ class StringFilter {
   std::array<Byte, 64> bytes_;
   Offset byte_count_ = 0;
 
-  // All that makes a match of single bytes, if that is little: the elements'
-  // anchors and then those of the two sides.
+  // All that makes a match, if that is little: the anchors of single bytes that
+  // the elements stand for or, where those are spelled, of the pattern's bytes,
+  // and then those of the two sides.
   std::array<Anchor, 8> decisive_;
   std::size_t decisive_count_ = 0;
   Offset char_count_ = 0;         // of the pattern
+  Offset match_length_ = 0;       // of what is decided about, in bytes
   bool is_single_bytes_ = false;  // whatever the text is
+  bool is_spelled_ = false;       // the bytes are all, in text in order
   bool may_decide_ = false;
   bool has_sides_ = false;
   bool decided_ = false;  // whether all hits listed are matches

@@ -193,7 +193,7 @@ bool StringSearcher::next_match(Offset from, Offset limit, Match& match) {
     if (filter_.has_value() && filter_->has_decided(from)) {
       from = filter_->next_decided(from, limit);
       if (from < limit && filter_->has_decided(from)) {
-        match = {from, from + query_.pattern.count};
+        match = {from, from + filter_->decided_length()};
         return true;
       }
       continue;
