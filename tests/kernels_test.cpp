@@ -178,5 +178,21 @@ TEST(Kernels, CountLongStretches) {
   }
 }
 
+// ASCII and longer characters are gone over in different ways: a walk changes
+// from one to the other and stops anywhere.
+TEST(Kernels, WalkFromAsciiToOthersAndBack) {
+  const std::string text =
+      repeated(repeated("\xE2\x82\xAC", 1'000) + repeated("a", 3'000), 3);
+  const Byte* const first = as_bytes(text.data());
+  const Byte* const last = first + text.size();
+  for (const ByteKernels* kernels : available_kernels()) {
+    SCOPED_TRACE(kernels->name);
+    for (Offset most = 1; most < 12'500; most += 97) {
+      EXPECT_EQ(kernels->walk_characters(first, last, most).next,
+                kPortableKernels.walk_characters(first, last, most).next);
+    }
+  }
+}
+
 }  // namespace
 }  // namespace quill::test
