@@ -58,8 +58,9 @@ bool find_match(const TextRange& range, Offset& position,
 // Lists the matches from `position` on that are known at once and come before
 // the host is due. False when the list has no room for the one that `position`
 // is then at.
-bool list_known(const TextRange& range, Offset& position,
-                ByteSearcher& searcher, YieldMeter& meter, LongList& list) {
+[[gnu::noinline]] bool list_known(const TextRange& range, Offset& position,
+                                  ByteSearcher& searcher, YieldMeter& meter,
+                                  LongList& list) {
   std::array<std::int32_t, 128> pairs;
   while (meter.go_on()) {
     const Offset silent = meter.stretch_end(position, range.end) - 1;
@@ -84,12 +85,15 @@ bool list_known(const TextRange& range, Offset& position,
 Offset list_matches(const TextRange& range, ByteSearcher& searcher,
                     YieldMeter& meter, LongList& list) {
   Offset position = range.start;
-  while (list_known(range, position, searcher, meter, list) &&
-         find_match(range, position, searcher, meter)) {
+  while (find_match(range, position, searcher, meter)) {
     const Offset match_end = position + searcher.length();
     meter.tick(match_end);
     if (!list.append(position, match_end)) break;
     position = match_end;
+    if (searcher.lists_all() &&
+        !list_known(range, position, searcher, meter, list)) {
+      break;
+    }
   }
   return position;
 }

@@ -48,12 +48,14 @@ class ByteSearcher {
     return found == last ? limit : found;
   }
 
-  // Writes the next occurrences in [first, limit) that do not overlap as pairs
-  // of offsets from `text`, so far as they are known already. Returns how many
-  // longs: none says nothing.
+  // Whether occurrences that come close together are all known beforehand.
+  bool lists_all() const { return is_seen_whole() && filter_.has_value(); }
+
+  // Where that is so: writes the next ones in [first, limit) that do not
+  // overlap as pairs of offsets from `text`, so far as they are known already.
+  // Returns how many longs: none says nothing.
   Offset write_known(const Byte* text, const Byte* first, const Byte* limit,
                      std::span<std::int32_t> pairs) {
-    if (!is_seen_whole() || !filter_.has_value()) return 0;
     return filter_->candidates.write_pairs(text, first, limit, length_, pairs);
   }
 

@@ -202,7 +202,7 @@ bool StringFilter::open_ascii(Offset from) {
 
 // With as many as are tested at once. In ASCII they are what there was before,
 // or there is no match.
-void StringFilter::decide_by_bytes() {
+[[gnu::cold]] void StringFilter::decide_by_bytes() {
   is_spelled_ = true;
   match_length_ = byte_count_;
   decisive_count_ = 0;
