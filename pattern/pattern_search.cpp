@@ -6,7 +6,7 @@ namespace quill {
 namespace {
 
 // A shorter range is done before anything could be prepared for it.
-constexpr Offset kWorthPreparing = 24;
+constexpr Offset kWorthPreparing = 16;
 
 // What is out of order seldom comes alone, and each try to open a window there
 // costs as much as a few attempts.
