@@ -23,6 +23,7 @@ struct ByteKernels {
   decltype(&quill::find_anchored_backward) find_anchored_backward;
   decltype(&quill::mark_members) mark_members;
   decltype(&quill::mark_anchored) mark_anchored;
+  decltype(&quill::mark_opening) mark_opening;  // null: the others will do
   decltype(&quill::list_marks) list_marks;
   decltype(&quill::mark_leads) mark_leads;
   decltype(&quill::count_leads) count_leads;

@@ -84,9 +84,11 @@ struct EqualPair {
 
 struct Plain {
   explicit Plain(const Anchor& anchor)
-      : ignored(fill(anchor.ignored)),
-        value(fill(anchor.value)),
-        offset(anchor.offset) {}
+      : Plain(anchor.ignored, anchor.value, anchor.offset) {}
+  Plain(unsigned bits, unsigned wanted, Offset from_position)
+      : ignored(fill(static_cast<Byte>(bits))),
+        value(fill(static_cast<Byte>(wanted))),
+        offset(from_position) {}
 
   template <class Load>
   Word bits(Word among, const Byte* position, Load load) const {
@@ -391,6 +393,20 @@ void mark_anchored_avx512(const Byte* first, const Byte* last,
                    [=](const auto& test) { mark(first, last, words, test); });
 }
 
+bool mark_opening_avx512(const Byte* first, const Byte* last,
+                         const Opening& opening, std::uint64_t* words) {
+  const Plain a(opening.ignored, opening.value, 0);
+  const Plain b(opening.ignored >> 8, opening.value >> 8, opening.second());
+  const Plain c(opening.ignored >> 16, opening.value >> 16, opening.last);
+  for (last -= opening.last; first < last; first += kBlock) {
+    const Offset left = last - first;
+    const LoadPart load{low_bits(left < kBlock ? left : kBlock)};
+    *words++ = c.bits(b.bits(a.bits(load.wanted, first, load), first, load),
+                      first, load);
+  }
+  return true;
+}
+
 void store(std::uint16_t* to, __m256i numbers, Vector plus) {
   _mm512_storeu_si512(to,
                       _mm512_add_epi16(_mm512_cvtepu8_epi16(numbers), plus));
@@ -587,6 +603,7 @@ const ByteKernels kAvx512Kernels = {
     .find_anchored_backward = find_anchored_backward_avx512,
     .mark_members = mark_members_avx512,
     .mark_anchored = mark_anchored_avx512,
+    .mark_opening = mark_opening_avx512,
     .list_marks = list_marks_avx512,
     .mark_leads = mark_leads_avx512,
     .count_leads = count_leads_avx512,

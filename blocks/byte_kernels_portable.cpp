@@ -193,6 +193,7 @@ const ByteKernels kPortableKernels = {
     .find_anchored_backward = find_anchored_backward_portable,
     .mark_members = mark_members_portable,
     .mark_anchored = mark_anchored_portable,
+    .mark_opening = nullptr,
     .list_marks = list_marks_portable,
     .mark_leads = mark_leads_portable,
     .count_leads = count_leads_portable,

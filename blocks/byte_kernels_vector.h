@@ -642,6 +642,7 @@ constexpr ByteKernels vector_kernels(const char* name, Instructions level) {
       .find_anchored_backward = vector_find_anchored_backward,
       .mark_members = vector_mark_members,
       .mark_anchored = vector_mark_anchored,
+      .mark_opening = nullptr,
       .list_marks = vector_list_marks,
       .mark_leads = vector_mark_leads,
       .count_leads = vector_count_leads,

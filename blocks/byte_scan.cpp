@@ -143,6 +143,27 @@ void mark_anchored(const Byte* first, const Byte* last,
   kernels().mark_anchored(first, last, anchors, words);
 }
 
+bool mark_opening(const Byte* first, const Byte* last, const Opening& opening,
+                  std::uint64_t* words) {
+  if (kernels().mark_opening != nullptr) {
+    return kernels().mark_opening(first, last, opening, words);
+  }
+  // The portable tests look into the sets, which would have to be filled in.
+  if (&kernels() == &kPortableKernels) return false;
+  const auto anchor = [&opening](int place, Offset offset) {
+    Anchor plain;
+    plain.is_plain = true;
+    plain.ignored = static_cast<Byte>(opening.ignored >> (8 * place));
+    plain.value = static_cast<Byte>(opening.value >> (8 * place));
+    plain.offset = offset;
+    return plain;
+  };
+  const Anchor anchors[] = {anchor(0, 0), anchor(1, opening.second()),
+                            anchor(2, opening.last)};
+  kernels().mark_anchored(first, last - opening.last, {anchors, 3}, words);
+  return true;
+}
+
 Offset list_marks(const std::uint64_t* words, Offset word_count,
                   std::uint16_t* numbers) {
   return kernels().list_marks(words, word_count, numbers);

@@ -86,6 +86,23 @@ void mark_members(const Byte* first, const Byte* last, const ByteSet& set,
 void mark_anchored(const Byte* first, const Byte* last,
                    std::span<const Anchor> anchors, std::uint64_t* words);
 
+// What stands at three places of plain ASCII, one after the other or the same:
+// bytes that give the value once the bits ignored are set in them. Those of the
+// first place are lowest.
+struct Opening {
+  std::uint32_t ignored = 0;
+  std::uint32_t value = 0;
+  std::int32_t last = 0;  // the places: 0, 1 if there is one so far, and this
+
+  Offset second() const { return last < 1 ? last : 1; }
+};
+
+// Marks the positions in a range of ASCII where all three hold, the last place
+// within the range, in words that are 0 before. False, with no marks made,
+// where there is no fast way.
+bool mark_opening(const Byte* first, const Byte* last, const Opening& opening,
+                  std::uint64_t* words);
+
 // Writes the numbers of the bits that are set in `word_count` words, at most
 // 1024 of them, in ascending order and returns how many they are. Beyond those
 // up to kListSlack elements more may be written to.

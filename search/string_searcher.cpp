@@ -39,10 +39,6 @@ StringSearcher::StringSearcher(const StringQuery& query)
                       query.pattern.elements != nullptr &&
                       query.pattern.is_fixed(0)),
       patience_(query.end - query.start < kWorthFilter ? kMaxLong : kPatience) {
-  if (query.is_valid_from(query.start) && query.pattern.is_fixed(0)) {
-    note_first();
-    if (query.mask.is_identity()) note_second();
-  }
 }
 
 // Calls `use` with the characters that map to an element, and perhaps more:
@@ -52,6 +48,15 @@ void StringSearcher::visit_near_sources(Offset index, Use use) const {
   const std::int32_t element = query_.pattern.elements[index];
   use(element);
   visit_keys(element, query_.mask, use);
+}
+
+// What the first character can begin with, which must be a fixed one.
+[[gnu::noinline]] bool StringSearcher::knows_first() {
+  if (!knows_first_ && query_.pattern.is_fixed(0)) {
+    note_first();
+    if (query_.mask.is_identity() || tried_ == kFewTries) note_second();
+  }
+  return knows_first_;
 }
 
 // The byte behind the lead counts where all have one.
@@ -68,7 +73,7 @@ void StringSearcher::note_first() {
 
 // Where the first character may be a single byte, what the second begins with
 // counts instead, if its place is known: where the first has but one length.
-void StringSearcher::note_second() {
+[[gnu::noinline]] void StringSearcher::note_second() {
   const bool is_one = (first_lengths_ & (first_lengths_ - 1)) == 0;
   if (!knows_first_ || !is_one || second_at_ != 0 || query_.pattern.count < 2 ||
       !query_.pattern.is_fixed(1)) {
@@ -84,9 +89,34 @@ void StringSearcher::note_second() {
 
 // Marked by windows, since in a short text one call more counts.
 [[gnu::noinline]] void StringSearcher::mark_window(Offset from) {
-  const Byte* const text = query_.text;
   const Offset end = std::min(from + marks_.kRoom, query_.end);
+  const Byte* const last = query_.text + end;
+  const bool is_ascii = find_non_ascii(query_.text + from, last) == last;
+  if (!is_ascii || !mark_ascii(from, end)) mark_any(from, end);
+}
+
+// In ASCII; false where the pattern's place in it isn't known.
+bool StringSearcher::mark_ascii(Offset from, Offset end) {
+  if (!opening_) {
+    const MaskTable::Shift& shift = mask_table().shift();
+    if (!shift.is_known) return false;
+    opening_ = find_opening(query_.pattern, shift);
+  }
+  const Offset reached = end == query_.end ? end : end - opening_->last;
+  std::uint64_t* const words = marks_.open(from, reached);
+  std::fill_n(words, marks_.kRoom / 64, 0);
+  return mark_opening(query_.text + from, query_.text + end, *opening_, words);
+}
+
+void StringSearcher::mark_any(Offset from, Offset end) {
+  const Byte* const text = query_.text;
+  const bool starts_fixed = knows_first();
   std::uint64_t* const words = marks_.open(from, end);
+  if (!starts_fixed) {
+    std::fill_n(words, marks_.kRoom / 64, ~std::uint64_t{0});
+    all_until_ = end;
+    return;
+  }
   mark_members(text + from, text + end, first_leads_, words);
   if (second_at_ == 0) return;
   std::uint64_t seconds[decltype(marks_)::kRoom / 64] = {};
@@ -167,7 +197,7 @@ void StringSearcher::prepare_filter() {
 
 inline Offset StringSearcher::next_candidate(Offset from, Offset limit) {
   while (!filters_now()) {
-    if (!knows_first_) {
+    if (from < all_until_) {
       --patience_;
       return from;
     }
@@ -211,7 +241,7 @@ bool StringSearcher::next_match(Offset from, Offset limit, Match& match) {
 
 Offset StringSearcher::previous_candidate(Offset from, Offset limit) {
   while (!filters_now()) {
-    if (!knows_first_) {
+    if (!knows_first()) {
       --patience_;
       return limit - 1;
     }

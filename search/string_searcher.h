@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "blocks/base.h"
+#include "search/ascii_opening.h"
 #include "search/break_chars.h"
 #include "search/comparison.h"
 #include "search/marks.h"
@@ -78,9 +79,12 @@ class StringSearcher {
   Offset previous_candidate(Offset from, Offset limit);
   void note_first();
   void note_second();
+  bool knows_first();
   template <class Use>
   void visit_near_sources(Offset index, Use use) const;
   void mark_window(Offset from);
+  bool mark_ascii(Offset from, Offset end);
+  void mark_any(Offset from, Offset end);
   Offset next_beginning(Offset from, Offset limit);
   bool filters_now();
   void prepare_filter();
@@ -92,11 +96,14 @@ class StringSearcher {
   IndexedBreaks breaks_;
   bool has_first_byte_;
 
-  // Short searches try the bytes that the first character can begin with, with
-  // one behind it that it can go on with or, where it is a single byte, that
+  // Short searches look in ASCII for three bytes of a match at once. In other
+  // text they try the bytes that the first character can begin with, with one
+  // behind it that it can go on with or, where it is a single byte, that
   // the second can begin with, or a stray: known at once without a mask, looked
   // up after a few tries with one. Once that has gone on for a while, a filter
   // pays.
+  std::optional<Opening> opening_;
+  Offset all_until_ = 0;  // up to here every byte is tried
   bool knows_first_ = false;
   ByteSet first_leads_;
   unsigned first_lengths_ = 0;  // a bit for each

@@ -94,6 +94,19 @@ std::string compare(Input& in, Byte* first, Byte* last, Offset before,
   same_marks("mark_anchored", [&](K k, Words words) {
     k.mark_anchored(first, last, anchors, words);
   });
+  const Opening opening{0x20, 'a' | 'a' << 8 | 'b' << 16,
+                        std::min(std::max(size - 1, 0), 3)};
+  ByteSet any_case = ByteSet::of('a');
+  any_case.add('A');
+  const std::vector<Anchor> opened = {Anchor(any_case, 0),
+                                      Anchor('a', opening.second()),
+                                      Anchor('b', opening.last)};
+  same_marks("mark_opening", [&](K k, Words to) {
+    if (k.mark_opening != nullptr && k.mark_opening(first, last, opening, to)) {
+      return;
+    }
+    kPortableKernels.mark_anchored(first, last - opening.last, opened, to);
+  });
   std::vector<std::uint64_t> words(static_cast<std::size_t>(size + 63) / 64);
   kPortableKernels.mark_members(first, last, set, words.data());
   same("list_marks", [&](K k) {

@@ -23,41 +23,51 @@ bool are_ascending(const Mask& mask) {
   return survey_pairs(mask.keys, mask.keys + mask.count, 0).ascends;
 }
 
-// Whether all keys of ASCII follow each other without a gap. What lies between
-// the ends of an array in disorder may be anything.
-bool follow_each_other(const AsciiKeys& place, const std::int32_t* keys) {
-  std::int32_t expected = keys[place.first];
-  for (Offset i = place.first; i < place.limit; ++i, ++expected) {
-    if (keys[i] != expected || expected < 0 || expected >= 128) return false;
-  }
-  return true;
-}
-
 }  // namespace
 
 MaskTable::MaskTable(const Mask& mask, Offset byte_count)
-    : mask_(mask), patience_(patience()) {
+    : mask_(mask),
+      all_patience_(patience(byte_count)),
+      patience_(all_patience_) {
   if (mask_.is_identity()) {
     values_ = kAscii.data();
     count_ = 128;
+    shift_.is_known = true;
   } else {
     prepare_ascii(byte_count);
   }
+}
+
+// False unless all keys of ASCII follow each other without a gap. What lies
+// between the ends of an array in disorder may be anything.
+bool MaskTable::use_values(Offset place, Offset count) {
+  const std::int32_t* const keys = mask_.keys + place;
+  const std::int32_t* const values = mask_.values + place;
+  const auto first = static_cast<std::uint32_t>(keys[0]);
+  const auto by = static_cast<std::uint32_t>(values[0]) - first;
+  if (count > 0 && (first >= 128 || count > 128 - first)) return false;
+  std::uint32_t gaps = 0;
+  std::uint32_t differences = 0;
+  for (std::uint32_t i = 0; i < count; ++i) {
+    gaps |= static_cast<std::uint32_t>(keys[i]) - first - i;
+    differences |= static_cast<std::uint32_t>(values[i]) - first - i - by;
+  }
+  if (gaps != 0) return false;
+  values_ = values;
+  first_ = first;
+  count_ = static_cast<std::uint32_t>(count);
+  ascii_limit_ = 128;
+  shift_ = {first_, count_, by, differences == 0};
+  return true;
 }
 
 // The table is filled from the end, so that of equal keys the first is written
 // last.
 void MaskTable::prepare_ascii(Offset byte_count) {
   const AsciiKeys place(mask_);
-  if (byte_count < kManyBytes && place.first < mask_.count &&
-      follow_each_other(place, mask_.keys)) {
-    values_ = mask_.values + place.first;
-    first_ = static_cast<std::uint32_t>(mask_.keys[place.first]);
-    count_ = static_cast<std::uint32_t>(place.limit - place.first);
-    ascii_limit_ = 128;
-    return;
-  }
-  if (byte_count < kFewBytes) return;
+  const bool uses_values = place.first < mask_.count &&
+                           use_values(place.first, place.limit - place.first);
+  if (byte_count < (uses_values ? kManyBytes : kFewBytes)) return;
   ascii_ = kAscii;
   values_ = ascii_.data();
   first_ = 0;
@@ -111,7 +121,7 @@ std::int32_t MaskTable::map_by_bisection(std::int32_t character) {
   const bool is_short = is_two_byte(static_cast<std::uint32_t>(character));
   const bool is_prepared = is_short ? has_two_bytes_ : has_filter_;
   if (!is_prepared && !mask_.is_identity() && patience_-- == 0) {
-    patience_ = patience();  // for the other kind
+    patience_ = all_patience_;  // for the other kind
     if (is_short) {
       fill_two_bytes();
     } else {

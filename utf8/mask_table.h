@@ -45,11 +45,23 @@ class MaskTable {
     return values_;
   }
 
+  // Whether ASCII is known to be mapped by a shift: what follows the first so
+  // many characters on gives what lies `by` above them, and all others stay.
+  struct Shift {
+    std::uint32_t first = 0;
+    std::uint32_t count = 0;
+    std::uint32_t by = 0;
+    bool is_known = false;
+  };
+  const Shift& shift() const { return shift_; }
+
  private:
   using Filter = std::array<std::uint64_t, 32>;
 
   // Bytes of text from which on the table is filled whatever the keys.
   static constexpr Offset kManyBytes = 1024;
+  // Bytes below which larger tables have to wait.
+  static constexpr Offset kFewerBytes = 192;
 
   // The well-formed two-byte characters, as an index below 2048.
   static bool is_two_byte(std::uint32_t bits) {
@@ -76,10 +88,14 @@ class MaskTable {
     return map_by_bisection(character);
   }
 
-  // Bisections until a larger table pays.
-  std::int32_t patience() const { return mask_.count / 128 + 4; }
+  // Bisections until a larger table pays: clearing one costs as much as dozens
+  // of them, which in a short text are all there are.
+  std::int32_t patience(Offset byte_count) const {
+    return byte_count < kFewerBytes ? 40 : mask_.count / 128 + 4;
+  }
   std::int32_t map_by_bisection(std::int32_t character);
   void prepare_ascii(Offset byte_count);
+  bool use_values(Offset place, Offset count);
   void fill_two_bytes();
   void fill_filter();
 
@@ -93,8 +109,11 @@ class MaskTable {
   std::uint32_t count_ = 0;
   std::uint32_t ascii_limit_ = 0;
 
+  Shift shift_;
+
   bool has_two_bytes_ = false;
   bool has_filter_ = false;
+  std::int32_t all_patience_;
   std::int32_t patience_;  // what is left of it
 
   // Undefined until filled.
