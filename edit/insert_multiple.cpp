@@ -38,10 +38,9 @@ bool is_consistent(const QuillReplaceEntry& entry) {
 
 // What one look at a table tells.
 struct TableSurvey {
-  bool is_usable = false;   // in order, inside the text and consistent
-  bool shrinks = false;     // some selection does
-  bool may_repeat = false;  // one entry may stand twice in the table
-  Offset growth = 0;        // of the text
+  bool is_usable = false;  // in order, inside the text and consistent
+  bool shrinks = false;    // some selection does
+  Offset growth = 0;       // of the text
 };
 
 TableSurvey survey(Entries entries, Offset text_length) {
@@ -52,8 +51,6 @@ TableSurvey survey(Entries entries, Offset text_length) {
         entry->end < entry->start || !is_consistent(*entry)) {
       return table;
     }
-    // In an ordered table only an empty selection can stand twice.
-    table.may_repeat = table.may_repeat || entry->end == reached;
     reached = entry->end;
     if (entry->kind == kKeep) continue;
     table.growth += entry->replacement_length - selected_length(*entry);
@@ -63,30 +60,24 @@ TableSurvey survey(Entries entries, Offset text_length) {
   return table;
 }
 
-// Moves an entry to where its selection lies once those before it have shrunk
-// by `shrunk` bytes, and it has been replaced if it shrinks itself.
-void note_place(QuillReplaceEntry& entry, Offset shrunk) {
-  const Offset length = entry.kind == kShorter
-                            ? Offset{entry.replacement_length}
-                            : selected_length(entry);
-  entry.start = to_long(entry.start - shrunk);
-  entry.end = to_long(entry.start + length);
-}
-
+// Moves the entries to where their selections lie once those before them have
+// shrunk, and have been replaced if they shrink themselves.
 void note_places(Entries entries) {
   Offset shrunk = 0;
   for (QuillReplaceEntry* entry : entries) {
     const Offset before = selected_length(*entry);
-    note_place(*entry, shrunk);
-    shrunk += before - selected_length(*entry);
+    const Offset length =
+        entry->kind == kShorter ? Offset{entry->replacement_length} : before;
+    entry->start = to_long(entry->start - shrunk);
+    entry->end = to_long(entry->start + length);
+    shrunk += before - length;
   }
 }
 
 // The edit that puts each entry's replacement in place of its selection.
-template <bool notes_places>
 class OwnStrings {
  public:
-  static constexpr bool kNotesPlaces = notes_places;
+  static constexpr bool kNotesPlaces = false;
 
   explicit OwnStrings(Entries entries) : entries_(entries) {}
 
@@ -98,10 +89,9 @@ class OwnStrings {
   void put(Offset k, Offset length, char* to, Room) const {
     move_bytes(to, at(k).replacement, length);
   }
-  void note(Offset k, Offset shrunk) const { note_place(at(k), shrunk); }
 
  private:
-  QuillReplaceEntry& at(Offset k) const {
+  const QuillReplaceEntry& at(Offset k) const {
     return *entries_[static_cast<std::size_t>(k)];
   }
 
@@ -115,14 +105,7 @@ bool insert_multiple(QuillBlock text, Entries entries) {
   BlockLock text_lock(text);
   const TableSurvey table = survey(entries, text_lock.size());
   if (!table.is_usable) return false;
-  if (table.shrinks && !table.may_repeat) {
-    return splice(text_lock, OwnStrings<true>(entries), table.growth);
-  }
-  // Were an entry that stands twice moved during the edit, its second place
-  // would be wrong. Where nothing shrinks no entry moves.
-  if (!splice(text_lock, OwnStrings<false>(entries), table.growth)) {
-    return false;
-  }
+  if (!splice(text_lock, OwnStrings(entries), table.growth)) return false;
   if (table.shrinks) note_places(entries);
   return true;
 }
