@@ -25,7 +25,7 @@ constexpr std::size_t kMostPivots = 3;
 constexpr std::int32_t kLastElement = 256;
 
 // The elements of a pattern that the filter decides about.
-constexpr Offset kMostDecisive = 6;
+constexpr Offset kMostDecisive = 12;
 
 CharShapes shapes_of(const CharPattern& pattern, std::int32_t index,
                      const Mask& mask) {
@@ -116,6 +116,7 @@ class PivotSpreads {
     decide_by_bytes();
   }
   const ByteShares shares(text, start, end);
+  put_rarest_first(shares);
   anywhere_ = anywhere.plan(shares);
   shares.judge(anywhere_);
   ascii_ = ascii.plan(shares);
@@ -148,6 +149,17 @@ class PivotSpreads {
 
 void StringFilter::add_decisive(const ByteSet& set, Offset offset) {
   decisive_[decisive_count_++] = Anchor(set, offset);
+}
+
+// Those that come first are tested at every offset.
+[[gnu::cold]] void StringFilter::put_rarest_first(const ByteShares& shares) {
+  Anchor* const end = decisive_.data() + decisive_count_;
+  for (Anchor* anchor = decisive_.data(); anchor < end; ++anchor) {
+    std::swap(*anchor, *std::min_element(
+                           anchor, end, [&](const Anchor& a, const Anchor& b) {
+                             return shares.of(a.set) < shares.of(b.set);
+                           }));
+  }
 }
 
 void StringFilter::decide(const ByteSet* sides) {

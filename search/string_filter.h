@@ -74,6 +74,7 @@ class StringFilter {
   void add_decisive(const ByteSet& set, Offset offset);
   void add_bytes(const CharShapes& shapes);
   void decide_by_bytes();
+  void put_rarest_first(const ByteShares& shares);
   void note_strays(std::size_t length);
   // Whether in text in order, too, the filter decides, or in any text: there
   // the sides of a match may be longer characters.
@@ -129,7 +130,7 @@ class StringFilter {
   // All that makes a match, if that is little: the anchors of single bytes that
   // the elements stand for or, where those are spelled, of the pattern's bytes,
   // and then those of the two sides.
-  std::array<Anchor, 8> decisive_;
+  std::array<Anchor, 14> decisive_;
   std::size_t decisive_count_ = 0;
   Offset char_count_ = 0;         // of the pattern
   Offset match_length_ = 0;       // of what is decided about, in bytes
