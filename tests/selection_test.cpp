@@ -94,12 +94,22 @@ TEST(SortSelections, AgreeWithNaiveTwinOnLongEqualTexts) {
   EXPECT_EQ(first_difference(call), "");
 }
 
+// Behind any number of others, and before many or none.
 TEST(SortSelections, AgreeWithNaiveTwinOnLettersWrittenTooLong) {
-  SelectionCall call = {.text = repeated("\xC1\xA1z", 90)};
-  for (int at = 0; at < 90; at += 3) {
-    call.list.insert(call.list.end(), {at, at + 2, at + 2, at + 3});
+  for (const std::size_t before : {0u, 20u, 36u, 52u, 68u, 84u}) {
+    for (const std::size_t behind : {0u, 80u}) {
+      const std::string some(before, 'a');
+      SelectionCall call = {.text = some + "\xC1\xA1"};
+      call.text.append(behind, 'a');
+      const auto middle = length_of(call.text);
+      call.text += some + "z";
+      const auto end = length_of(call.text);
+      for (int i = 0; i < 30; ++i) {
+        call.list.insert(call.list.end(), {0, middle, middle, end});
+      }
+      EXPECT_EQ(first_difference(call), "") << before << ' ' << behind;
+    }
   }
-  EXPECT_EQ(first_difference(call), "");
 }
 
 TEST(SortSelections, NeedNoMemory) {
