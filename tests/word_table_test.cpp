@@ -38,9 +38,12 @@ TEST(WordTables, FindLongWords) {
                 word("aaaaa\u00E3", "two"),
                 {{'a', 'a', 'a', 0xC3}, "odd"},
                 {{'a', 'a', 0x1B7, 'a'}, "no"},
-                {{'a', 'a', 'a', 'a', 0xA1C3}, "two"}},
-      .text = "aaaab aaaaaaaa\u00E1 aaaaa\U0001F601 aaab aabaa ",
-      .parts = {{set_of("ab\u00E1\U0001F601")}}};
+                {{'a', 'a', 'a', 'a', 0xA1C3}, "two"},
+                {{'a', 'a', 'b', 'a', 'a', 0}, "six"},
+                {{'a', 'a', 'a', 0x61616161}, "four"},
+                {{'a', 0xA9C3, 0xC3, 0xA9}, "no"}},
+      .text = "aaaab aaaaaaaa\u00E1 aaaaa\U0001F601 aaab aabaa abc\u00E9 ",
+      .parts = {{set_of("abc\u00E1\u00E9\U0001F601")}}};
   for (std::size_t length = 70; length > 4; length -= 3) {
     const std::string some(length, 'a');
     call.words.push_back(word(some, std::to_string(length)));
@@ -54,8 +57,9 @@ TEST(WordTables, FindLongWords) {
         {static_cast<std::int32_t>(i), static_cast<std::int32_t>(end)});
     i = end + 1;
   }
-  for (const std::int32_t mapped : Longs{'b', 'a', packed("\u20AC"), 0xC3}) {
-    call.mask = {{'b'}, {mapped}};
+  for (const std::int32_t mapped :
+       Longs{'b', 'a', packed("\u20AC"), 0xC3, 0x61616161}) {
+    call.mask = {{'b', 'c'}, {mapped, 0xA9}};
     for (const bool only_fills : {false, true}) {
       call.only_fills = only_fills;
       EXPECT_EQ(first_difference(call), "") << mapped;
