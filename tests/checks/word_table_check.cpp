@@ -92,7 +92,9 @@ WordTableCall draw_word_table_call(Input& in) {
                             'x');
     call.words.push_back(std::move(word));
   }
-  if (!in.one_in(4)) {
+  if (in.one_in(8)) {
+    call.mask = in.mask(6);
+  } else if (!in.one_in(4)) {
     call.mask = {{packed("A"), packed("\xC3\x89")},
                  {packed("a"), packed("\xC3\xA9")}};
   }
