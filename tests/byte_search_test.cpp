@@ -120,6 +120,18 @@ TEST(ByteSearch, IsLinearOnPeriodicTexts) {
   }
 }
 
+// Matches that are listed many at a time are counted one by one.
+TEST(FindStrAll, AsksBetweenCloseMatches) {
+  for (const char* const pattern : {"a", "ab", "aba"}) {
+    const ByteSearch call = {.operation = ByteSearch::kFindAll,
+                             .text = repeated("ababac", 9'000),
+                             .pattern = pattern};
+    for (const std::int32_t yield_max : {601, 1000}) {
+      EXPECT_EQ(first_difference(call, {yield_max, 20}), "") << pattern;
+    }
+  }
+}
+
 TEST(FindStrAll, ReportsShortMemory) {
   const ByteSearch call = {.operation = ByteSearch::kFindAll,
                            .text = std::string(1'200'000, 'a'),

@@ -163,6 +163,26 @@ TEST(StringSearch, FindsNoMatchCutOffInLongTexts) {
   }
 }
 
+// Thick at the text's end and perhaps cut off there; the shorter one, but for a
+// byte, between the places that a sample is taken from. Where they are listed
+// many at a time the host can stop that, too.
+TEST(StringSearch, ListsThickMatches) {
+  StringSearch call = {.pattern = spell("\u4E2D"), .nth = 50};
+  for (const std::size_t bytes : {180, 12'000}) {
+    call.text = repeated(".", 40'013) + repeated("\u4E2D", bytes);
+    for (std::int32_t cut = 0; cut < 3; ++cut) {
+      call.end = length_of(call.text) - cut;
+      for (const auto operation :
+           {StringSearch::kFindAll, StringSearch::kFindNth}) {
+        call.operation = operation;
+        EXPECT_EQ(first_difference(call), "");
+        EXPECT_EQ(first_difference(call, {.yield_max = 1'030, .stop_at = 39}),
+                  "");
+      }
+    }
+  }
+}
+
 // A long pattern whose only rare character comes late, in text that agrees with
 // all the others.
 TEST(StringSearch, TellsLongPatternsByTheirEnds) {
@@ -200,6 +220,7 @@ TEST(StringSearch, TellsMatchesFromNearMissesInLongTexts) {
   }
   call.end = length_of(call.text);
   EXPECT_EQ(first_difference(call), "");
+  EXPECT_EQ(first_difference(call, {64}), "");
   call.breaks = spell(" .");
   for (const bool invert : {false, true}) {
     call.invert = invert ? 1 : 0;
@@ -230,10 +251,17 @@ TEST(BreakChars, CountUpToTheLastOfAscii) {
 }
 
 TEST(StringSearch, OutlivesShortMemory) {
-  const StringSearch call = {.text = std::string(1'100'000, 'a'),
-                             .pattern = spell("a"),
-                             .breaks = Longs(5000, 'a')};
+  StringSearch call = {.text = std::string(1'100'000, 'a'),
+                       .pattern = spell("a"),
+                       .breaks = Longs(5000, 'a')};
   expect_what_fits(call, 2, 1);
+  // Listed many at a time.
+  call.text = repeated("ab", 2'200'000);
+  call.end = length_of(call.text);
+  call.pattern = spell("ab");
+  call.pattern_count = 2;
+  call.breaks->back() = 'b';
+  expect_what_fits(call, 1, 2);
 }
 
 }  // namespace

@@ -72,10 +72,10 @@ void expect_all_or_nothing(const Call& call,
   EXPECT_GT(refusals, 0);
 }
 
-// Where each byte of a text is a match of `longs` longs, and all make a list
-// that grows: with the first requests refused there is none. With a later one
-// refused it keeps what it has room for, and the search ends at the match that
-// didn't fit, `passed` it or not.
+// Where a text is one match after the other, of `longs` longs a byte, and all
+// make a list that grows: with the first requests refused there is none. With a
+// later one refused it keeps what it has room for, and the search ends at the
+// match that didn't fit, or `passed` bytes behind its start.
 template <class Call>
 void expect_what_fits(const Call& call, int longs, int passed) {
   int cut_short = 0;
