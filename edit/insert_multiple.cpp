@@ -61,10 +61,14 @@ TableSurvey survey(Entries entries, Offset text_length) {
 }
 
 // Moves the entries to where their selections lie once those before them have
-// shrunk, and have been replaced if they shrink themselves.
+// shrunk, and have been replaced if they shrink themselves. One that stands
+// there again has moved already.
 void note_places(Entries entries) {
   Offset shrunk = 0;
+  const QuillReplaceEntry* last = nullptr;
   for (QuillReplaceEntry* entry : entries) {
+    if (entry == last) continue;
+    last = entry;
     const Offset before = selected_length(*entry);
     const Offset length =
         entry->kind == kShorter ? Offset{entry->replacement_length} : before;
