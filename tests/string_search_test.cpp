@@ -168,7 +168,7 @@ TEST(StringSearch, FindsNoMatchCutOffInLongTexts) {
 // many at a time the host can stop that, too.
 TEST(StringSearch, ListsThickMatches) {
   StringSearch call = {.pattern = spell("\u4E2D"), .nth = 50};
-  for (const std::size_t bytes : {180, 12'000}) {
+  for (const std::size_t bytes : {180U, 12'000U}) {
     call.text = repeated(".", 40'013) + repeated("\u4E2D", bytes);
     for (std::int32_t cut = 0; cut < 3; ++cut) {
       call.end = length_of(call.text) - cut;
