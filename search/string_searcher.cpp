@@ -143,7 +143,8 @@ Offset StringSearcher::next_beginning(Offset from, Offset limit) {
 
 MaskTable& StringSearcher::mask_table() {
   if (!mask_table_.has_value()) {
-    mask_table_.emplace(query_.mask, query_.end - query_.start);
+    // Mapped are only the characters that come into question.
+    mask_table_.emplace(query_.mask, (query_.end - query_.start) / 4);
   }
   return *mask_table_;
 }

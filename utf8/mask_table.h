@@ -61,7 +61,7 @@ class MaskTable {
   // Bytes of text from which on the table is filled whatever the keys.
   static constexpr Offset kManyBytes = 1024;
   // Bytes below which larger tables have to wait.
-  static constexpr Offset kFewerBytes = 192;
+  static constexpr Offset kFewerBytes = 48;
 
   // The well-formed two-byte characters, as an index below 2048.
   static bool is_two_byte(std::uint32_t bits) {
